@@ -1,0 +1,138 @@
+#include "CDrillDown.h"
+
+#include <cstring>
+
+#include "../resources/StringTable.h"
+#include "../resources/StringIds.h"
+
+namespace {
+
+constexpr int StepInit = 100;
+
+int RunInit(CAnalysisSupport* analysis) { return static_cast<CDrillDown*>(analysis)->Init(); }
+
+// The host walks this table to start an analysis.
+constexpr SEQFUNCTTBL kSequence[] = {
+    {StepInit, RunInit, 0, 0},
+};
+
+} // namespace
+
+CDrillDown::CDrillDown(CAnalysisDoc* doc) : CAnalysisSupport(doc, ModuleContext()) {
+    m_sequence.SetSequenceTable(this, kSequence, std::size(kSequence));
+    InitMembers();
+}
+
+CDrillDown::~CDrillDown() {
+    DrillDowns.reset();
+    DrillUps.reset();
+    Reviews.reset();
+    ReleaseMembers();
+}
+
+int CDrillDown::InitializeAfterFileChanged() { return Init(); }
+
+int CDrillDown::ForwardSequence(int step, int arg) const {
+    return CAnalysisSupport::ForwardSequence(step, arg);
+}
+
+void* CDrillDown::GetLibInstance() { return ModuleInstance(); }
+
+std::string CDrillDown::GetAnalysisName() const { return ModuleString(StrAnalysisName); }
+
+void CDrillDown::InitMembers() {
+    StandAloneResults = 0;
+    NeedsRescan = 0;
+    BoxMedianQuartiles = 0;
+    BoxMeanSeSd = 1;
+    BoxMeanSdSd196 = 0;
+    BoxMeanSeSe196 = 0;
+    NoRVCategorical = 0;
+    RVCategorical = nullptr;
+    NoRVContinuous = 0;
+    RVContinuous = nullptr;
+    NoCategorical = 0;
+    NoContinuous = 0;
+    Categorical = nullptr;
+    Continuous = nullptr;
+    WM = 0;
+    MD = 0;
+    RVMD = 0;
+    CountMD = 1;
+    ValidVar = 0;
+    ProgressOpen = 0;
+    CurrentDown = -1;
+    CurrentUp = -1;
+    Selected = -1;
+    Hist3DFirst = nullptr;
+    Hist3DSecond = nullptr;
+    AllReviews = nullptr;
+    NoHist3DFirst = 0;
+    NoHist3DSecond = 0;
+}
+
+bool CDrillDown::AllocateVariableArrays(int nv) {
+    const unsigned long listBytes = 2ul * nv + 2;
+    short** lists[] = {&RVCategorical, &RVContinuous, &Categorical,
+                       &Continuous,    &Hist3DFirst,  &Hist3DSecond};
+    for (short** list : lists)
+        if (AllocMem(reinterpret_cast<void**>(list), listBytes) != 0)
+            return false;
+    // AllReviews holds the categorical and the continuous review variables at once.
+    return AllocMem(reinterpret_cast<void**>(&AllReviews), 2 * listBytes) == 0;
+}
+
+int CDrillDown::Init() {
+    HostBlocks& blocks = ModuleBlocks();
+    InitCommons(&blocks.Vmk, &blocks.Vmk88, &blocks.B1, &blocks.Wght, nullptr);
+    const int nv = blocks.Vmk.NVars;
+    ReleaseMembers();
+    if (!AllocateVariableArrays(nv)) {
+        dsplst(0, GetResourceString(StrMemoryExhausted));
+        ReleaseMembers();
+        return 0;
+    }
+    const std::size_t listBytes = 2u * nv + 2;
+    for (short* list : {RVCategorical, RVContinuous, Categorical, Continuous, Hist3DFirst,
+                        Hist3DSecond})
+        std::memset(list, 0, listBytes);
+    std::memset(AllReviews, 0, 2 * listBytes);
+    DrillDowns = std::make_unique<DrillSet>();
+    DrillUps = std::make_unique<DrillSet>();
+    Reviews = std::make_unique<DrillSet>();
+    return 1;
+}
+
+void CDrillDown::ReleaseMembers() {
+    for (short** list : {&RVCategorical, &RVContinuous, &Categorical, &Continuous,
+                         &Hist3DFirst, &Hist3DSecond, &AllReviews}) {
+        if (*list != nullptr) {
+            FreeMem(*list);
+            *list = nullptr;
+        }
+    }
+}
+
+void CDrillDown::ResetMembers() {
+    Init();
+    CountMD = 1;
+    BoxMeanSeSd = 1;
+    NoRVCategorical = NoRVContinuous = NoCategorical = NoContinuous = 0;
+    ProgressOpen = 0;
+    WM = MD = RVMD = NeedsRescan = 0;
+    BoxMedianQuartiles = BoxMeanSdSd196 = BoxMeanSeSe196 = 0;
+    ValidVar = 0;
+    CurrentDown = CurrentUp = -1;
+    Selected = -1;
+    for (auto* records : {DrillDowns.get(), DrillUps.get(), Reviews.get()})
+        if (records != nullptr)
+            records->clear();
+    NoHist3DFirst = NoHist3DSecond = 0;
+    StandAloneResults = 0;
+}
+
+void CDrillDown::RescanIfNeeded() {
+    if (NeedsRescan != 0 && NoContinuous + NoCategorical + NoRVContinuous + NoRVCategorical > 0)
+        ReadAfterDrill(0);
+    NeedsRescan = 0;
+}

@@ -1,0 +1,199 @@
+#pragma once
+// The drill-down analysis: one per open analysis, created by the factory Vmk6NewAnalysis.
+//
+// It owns the lists of chosen variables, the three sets of records (DrillDowns: variables
+// that may still be drilled; DrillUps: drilled variables, newest first, whose pinned
+// categories together define the current subset; Reviews: variables only looked at), and
+// the option flags. Its members are grouped by subsystem and implemented in the folder of
+// that subsystem.
+//
+// Life: constructed (no arrays, no sets) -> step 100 Init (arrays sized from the file's
+// number of variables, empty sets) -> the user works; a change of file calls Init again ->
+// the host's close -> destructor.
+//
+// Results: operations give 1 for done and 0 for failure, and show their own messages.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <vector>
+
+#include "../host/CAnalysisSupport.h"
+#include "Drill.h"
+
+enum class LoopEnd;
+class SubsetTest;
+
+inline constexpr int DrillDownAnalysisID = 4811;
+
+class CDrillDown : public CAnalysisSupport {
+public:
+    explicit CDrillDown(CAnalysisDoc* doc = nullptr);
+    ~CDrillDown() override;
+
+    CDrillDown(const CDrillDown&) = delete;
+    CDrillDown& operator=(const CDrillDown&) = delete;
+
+    // Host's virtual operations.
+    int InitializeAfterFileChanged() override;
+    void Initialize() override {}
+    int ForwardSequence(int step, int arg) const override;
+    void* GetLibInstance() override;
+    int GetAnalysisID() override { return DrillDownAnalysisID; }
+    std::string GetAnalysisName() const override;
+
+    // Life of the object.
+    void InitMembers();
+    int Init();
+    void ReleaseMembers();
+    void ResetMembers();
+
+    // Options, lists and current indices.
+    short GetNoCategorical() const { return NoCategorical; }
+    short GetNoContinuous() const { return NoContinuous; }
+    short GetNoRVCategorical() const { return NoRVCategorical; }
+    short GetNoRVContinuous() const { return NoRVContinuous; }
+    short* GetCategorical() const { return Categorical; }
+    short* GetContinuous() const { return Continuous; }
+    short* GetRVCategorical() const { return RVCategorical; }
+    short* GetRVContinuous() const { return RVContinuous; }
+    short GetWM() const { return WM; }
+    short GetMD() const { return MD; }
+    short GetRVMD() const { return RVMD; }
+    short GetCountMD() const { return CountMD; }
+    short GetCurrentDown() const { return CurrentDown; }
+    short GetCurrentUp() const { return CurrentUp; }
+    short SetWM(short value) { return WM = value; }
+    short SetMD(short value) { return MD = value; }
+    short SetRVMD(short value) { return RVMD = value; }
+    short SetCountMD(short value) { return CountMD = value; }
+    short SetCurrentDown(short value) { return CurrentDown = value; }
+    short SetCurrentUp(short value) { return CurrentUp = value; }
+    short ChangeWM() { return WM = Toggled(WM); }
+    short ChangeMD() { return MD = Toggled(MD); }
+    short ChangeRVMD() { return RVMD = Toggled(RVMD); }
+    short ChangeCountMD() { return CountMD = Toggled(CountMD); }
+    int GetSelected() const { return Selected; }
+    int GetValidVar() const { return ValidVar; }
+    int SetSelected(int value) { return Selected = value; }
+    DrillSet* GetDrillDowns() const { return DrillDowns.get(); }
+    DrillSet* GetDrillUps() const { return DrillUps.get(); }
+    DrillSet* GetReviews() const { return Reviews.get(); }
+    int GetDrillDownsSize() const { return static_cast<int>(DrillDowns->size()); }
+    int GetDrillUpsSize() const { return static_cast<int>(DrillUps->size()); }
+    int GetDrillReviewsSize() const { return static_cast<int>(Reviews->size()); }
+
+    // Drill records.
+    DrillSet::iterator LookFor(short variable, DrillSet* records) const;
+    CategorySet* GetCurrentCategories() const;
+    CategorySet* GetDrillCategories(short variable) const;
+    short GetCurrentDrillDown() const;
+    short GetCurrentDrillUp() const;
+    std::string GetCurrentVariableName() const;
+    std::string GetCurrentDrillUpName() const;
+    int GetCurrentVariableType() const;
+    int GetCurrentMethod() const;
+    int GetCurrentIsset() const;
+    int GetCurrentNU() const;
+    double GetCurrentMCount() const;
+    int GetDrillDownsContSize() const;
+    int NoMissingDrill() const;
+    int GetDrillMinMax(double& min, double& max) const;
+    int GetDrillMethod(int& type, int& n, int& atMinimum, double& step, double& start) const;
+    double* GetUserInterv() const;
+    int SetUserIntervals(const double* values, int count);
+    int SetDrillCategories(short variable, double value, short type, double weight);
+    int SetReviewCategories(short variable, double value, short type, double weight);
+    int SetDrillDescriptives(short variable, double min, double max, double mean, double ss);
+    int SetReviewDescriptives(short variable, double min, double max, double mean, double ss);
+    int SetMissingCount(short variable, int missingN, double missingWeight, int n,
+                        double weightedN);
+    int SetReviewMissingCount(short variable, int missingN, double missingWeight, int n,
+                              double weightedN);
+    int SetIsset(int variable, int value);
+    int SetCategoriesIsset(int variable);
+    int SetReviewCategoriesIsset(int variable);
+    int SetAllIsset(int value);
+
+    // Categorisation.
+    int SetNeatIntervals();
+    int SetReviewsIntervals();
+    int SetContinuousIntervals();
+    int AddCategories(double value, short variable, double weight);
+    int SetCategoriesName(short variable);
+    int SetReviewCategoriesName(short variable);
+
+    // Missing data and weights.
+    double DealWithWeights(unsigned short unused);
+    int SetMissingData(const double* values);
+    int MDReviews(const double* values);
+
+    // Scans. Each gives 1 when it ran to its end, 0 when memory ran out or it was broken off.
+    int ReadDDNV(unsigned short unused);
+    int ReadRVV(unsigned short unused);
+    int ReadAfterDrill(unsigned short unused);
+    int ReadBeforeDrill(unsigned short unused);
+    int FillNeatIntervals();
+    int FillContinuousIntervals();
+    // 1 when the case lies outside the current subset, 0 when inside.
+    int HasBeenDrilled(const double* values);
+
+    // Progress display, guarded so that it is never closed twice nor left open.
+    void tdstar(int total, const char* text);
+    void ddstop();
+
+    // The rescan rule with which every result operation opens: a pending change of the
+    // selection, weights, categorisation or missing-data options costs one scan, at the
+    // moment a result first needs it.
+    void RescanIfNeeded();
+
+    // The fields, in declared order.
+    int32_t StandAloneResults;
+    int16_t NeedsRescan;
+    int16_t BoxMedianQuartiles;
+    int16_t BoxMeanSeSd;
+    int16_t BoxMeanSdSd196;
+    int16_t BoxMeanSeSe196;
+    int16_t NoRVCategorical;
+    short* RVCategorical = nullptr;
+    int16_t NoRVContinuous;
+    short* RVContinuous = nullptr;
+    int16_t NoCategorical;
+    int16_t NoContinuous;
+    short* Categorical = nullptr;
+    short* Continuous = nullptr;
+    int16_t WM;
+    int16_t MD;
+    int16_t RVMD;
+    int16_t CountMD;
+    int32_t ValidVar;
+    int8_t ProgressOpen;
+    int16_t CurrentDown;
+    int16_t CurrentUp;
+    int32_t Selected;
+    short* Hist3DFirst = nullptr;
+    short* Hist3DSecond = nullptr;
+    short* AllReviews = nullptr;
+    int16_t NoHist3DFirst;
+    int16_t NoHist3DSecond;
+    std::unique_ptr<DrillSet> DrillDowns;
+    std::unique_ptr<DrillSet> DrillUps;
+    std::unique_ptr<DrillSet> Reviews;
+
+private:
+    static short Toggled(short flag) { return flag == 0 ? 1 : 0; }
+    // The record of DrillDowns named by CurrentDown, or null.
+    const Drill* CurrentRecord() const;
+    const Drill* FindRecord(const DrillSet& records, int variable) const;
+    int NameValueCategories(DrillSet& records, short variable);
+    int AddValueTo(DrillSet& records, short variable, double value, short type, double weight);
+    struct VariableSide;
+    LoopEnd ReadVariables(const VariableSide& side);
+    SubsetTest CompileSubsetTest();
+    // The records a selection scan fills: DrillDowns in set order, then Reviews.
+    std::vector<Drill*> ScanSlots();
+    template <typename Visit> LoopEnd RunCaseLoop(Visit&& visit);
+    // Allocates the seven per-variable arrays; false when memory ran out.
+    bool AllocateVariableArrays(int nv);
+};

@@ -1,0 +1,158 @@
+#pragma once
+// The host's base class of an analysis, as the module sees it.
+//
+// Life of a plug-in analysis:
+//   1. The host loads the module and fills Vmk6AnalysisContext()->Host (HostServices.h).
+//   2. Vmk6NewAnalysis() constructs the analysis; its constructor hands the host its
+//      sequence table with SetSequenceTable and touches no host service yet.
+//   3. The host walks the sequence table with RunSequence: each step gets the analysis,
+//      gives its result, and names the step that follows (0 ends the walk).
+//   4. The host calls BeforeClose, then deletes the analysis through its virtual destructor.
+//
+// The virtual operations stand in the order of the host's slots. Those the module does
+// not override keep the defaults below: the workbench has no use for them and each says
+// what it gives. The non-virtual members forward to the host's services.
+
+#include <string>
+
+#include "HostBlocks.h"
+#include "HostServices.h"
+
+class CAnalysisDoc;
+class CAnalysisSupport;
+class IDispatch;
+
+// Module-wide state shared by every analysis of the library.
+class CAnalysisContext {
+public:
+    virtual ~CAnalysisContext() = default;
+    HostServices Host;                    // filled by the host before the first analysis
+    CAnalysisSupport* Current = nullptr;  // the analysis whose context was entered last
+};
+
+// The module's one context; null when it could not be allocated at load.
+CAnalysisContext* ModuleContext();
+// The module handle saved at load.
+void* ModuleInstance();
+
+// One step of the host's sequence table: step number, function, the step that follows
+// (0 for none), and a reserved word that is 0.
+using SeqFunction = int (*)(CAnalysisSupport*);
+struct SEQFUNCTTBL {
+    int Step;
+    SeqFunction Function;
+    int Next;
+    int Reserved;
+};
+
+class CSequenceTable {
+public:
+    void SetSequenceTable(CAnalysisSupport* analysis, const SEQFUNCTTBL* table, int rows);
+    // Runs the steps from `first` on; gives the result of the last step run, or 0 when
+    // `first` is not in the table.
+    int RunSequence(int first) const;
+    const SEQFUNCTTBL* Find(int step) const;
+    int Rows() const { return m_rows; }
+
+private:
+    CAnalysisSupport* m_analysis = nullptr;
+    const SEQFUNCTTBL* m_table = nullptr;
+    int m_rows = 0;
+};
+
+class CAnalysisSupport {
+public:
+    CAnalysisSupport(CAnalysisDoc* doc, CAnalysisContext* context);
+    virtual ~CAnalysisSupport();
+
+    virtual int InitializeAfterFileChanged() { return 1; }
+    virtual void Initialize() {}
+    virtual void* GetDialog() { return nullptr; }
+    virtual void* GetDialgInterface() { return nullptr; }
+    virtual void ContextEntry();
+    virtual void ContextExit();
+    virtual int ContextWrite() { return 0; }
+    virtual int ContextRead() { return 0; }
+    virtual int ContextInit() { return 0; }
+    // Runs the sequence table from `step`; the argument is the host's and not used here.
+    virtual int ForwardSequence(int step, int arg) const;
+    virtual void* GetLibInstance() { return nullptr; }
+    // Text of an entry of the module's string table; empty for an unknown id.
+    virtual const char* GetResourceString(int id);
+    virtual int GetAnalysisID() { return 0; }
+    virtual IDispatch* GetDialogAutomationInterface() { return nullptr; }
+    virtual void UpdateLastAutomationDefinition() {}
+    virtual int get_md() { return 0; }
+    virtual int get_vn() { return 0; }
+    // Shows a message to the user through the host.
+    virtual void dsplst(int code, const char* text);
+    virtual void SetMessageErrorHandler() {}
+    virtual std::string GetAnalysisName() const { return {}; }
+    virtual std::string GetInputTableDisplayName() { return {}; }
+    virtual std::string GetPlcmprStr() { return {}; }
+    virtual int AnalysisQueryUpdate() { return 0; }
+    virtual bool BeforeRouteOutput(IDispatch*) { return false; }
+    virtual void OnCurrentDialogChange() {}
+    virtual void BeforeCallEventHandler() {}
+    virtual void AfterCallEventHandler() {}
+    virtual void SetInputTableValue(int, int, const char*) {}
+    virtual void SetInputTableValue(int, int, double) {}
+    virtual void SetInputTableTextLabel() {}
+    virtual void InputTableAddCases() {}
+    virtual void InputTableAddVariables() {}
+    virtual void InputTableTextValueEdit() {}
+    virtual bool IsTolmet() const { return false; }
+    virtual std::string GetTolmetCharacteristicName() const { return {}; }
+    virtual int GetTolmetCharacteristicID() const { return 0; }
+
+protected:
+    virtual void BeforeClose() {}
+
+public:
+    virtual void OnSpreadsheetDataChanged() {}
+    virtual void OnSpreadsheetStructureChanged() {}
+    virtual void OnWeightChange() {}
+    virtual void OnSelcondChange() {}
+
+    // The host walks the table; the host's close calls BeforeClose through here.
+    const CSequenceTable& SequenceTable() const { return m_sequence; }
+    void Close() { BeforeClose(); }
+
+    // Host services, by family.
+    int AllocMem(void** block, unsigned long bytes);
+    void FreeMem(void* block);
+    short cstrtw(int caseNo, double* values, int* hasWeight, double* weight, int* weightVar);
+    int lookbr();
+    void d_pbar(const char* text);
+    void dstart(unsigned long total);
+    void dstop();
+    void getmd5(int var, double* code);
+    void getvn5(int var, char* name);
+    int WriteVarLongName(char* text, int var);
+    int RetrieveLongTextLabelAsHashedString(char* token, int var0, double value);
+    void GetCaseName(int case0, std::string& name);
+    void GetCell(int var0, int case0, double* value);
+    void Get8CharHash(std::string& text);
+    void ExpandPossible8CharHash(std::string& text);
+    void Replace8CharGrow(std::string& text, bool grow);
+    void StripFormatting(std::string& text);
+
+protected:
+    void InitCommons(VmkTag* vmk, Vmk88Tag* vmk88, b1_com* b1, Wght_com* wght, _AddMenu* menu);
+    CSequenceTable m_sequence;
+    CAnalysisDoc* m_document;
+    CAnalysisContext* m_context;
+
+private:
+    HostServices& Host() const;
+};
+
+// Host routines that the module calls as free functions; they reach the host through
+// the module's context.
+short RealToText(double value, unsigned char format, short width, short digits, char* text,
+                 short limit);
+short IntToText(long value, unsigned char format, short width, char* text);
+int vvlcod(int unused, int var, char* text, float* value);
+int IsSpecialFormatVariable(int var);
+void WriteSpecialFormatVariable(int var, double value, char* text, int width);
+void scling_double_QUA(double* lo, double* hi, double* step, short cases, short wanted);

@@ -1,0 +1,42 @@
+#include "ReadCase.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "CAnalysisSupport.h"
+
+namespace {
+constexpr int CaseNameField = sizeof(b1_com::CaseName);
+}
+
+short ReadCase(CAnalysisSupport& analysis, int* caseNo, double* values) {
+    HostBlocks& blocks = ModuleBlocks();
+    int hasWeight = 0;
+    double weight = 0;
+    int weightVar = 0;
+    const short result = analysis.cstrtw(*caseNo, values, &hasWeight, &weight, &weightVar);
+    if (result == 0 || result == 1) {
+        blocks.Wght.WeightValue = weight;
+        blocks.Wght.WeightSingle = static_cast<float>(weight);
+        blocks.Wght.WeightOn = hasWeight != 0 ? 1 : 0;
+        blocks.Wght.WeightVar = static_cast<uint16_t>(weightVar);
+    }
+    const int width = blocks.Vmk88.CaseNameLen;
+    if (width == 0)
+        return result;
+
+    std::string name;
+    analysis.GetCaseName(*caseNo - 1, name);
+    if (static_cast<int>(name.size()) > width)
+        analysis.Get8CharHash(name);
+    b1_com& b1 = blocks.B1;
+    if (b1.CaseNamePos < 1 || b1.CaseNamePos + static_cast<int>(name.size()) >= CaseNameField + 1)
+        b1.CaseNamePos = 1;
+    char* field = b1.CaseName + (b1.CaseNamePos - 1);
+    const int room = CaseNameField - (b1.CaseNamePos - 1);
+    std::memset(field, ' ', std::min(width, room));
+    if (!name.empty() && static_cast<int>(name.size()) + 1 < CaseNameField)
+        std::memcpy(field, name.data(), std::min<std::size_t>(name.size(), room));
+    return result;
+}

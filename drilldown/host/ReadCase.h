@@ -1,0 +1,8 @@
+#pragma once
+// The module's layer over the host's cstrtw: reads one case into a value buffer and keeps
+// the weight and case-name blocks up to date.
+
+class CAnalysisSupport;
+
+// Gives what cstrtw gives: 0 the case is delivered, 1 it is left out, 2 reading is broken off.
+short ReadCase(CAnalysisSupport& analysis, int* caseNo, double* values);
