@@ -53,8 +53,6 @@ int CAnalysisSupport::ForwardSequence(int step, int) const { return m_sequence.R
 
 const char* CAnalysisSupport::GetResourceString(int id) { return ModuleString(id); }
 
-HostServices& CAnalysisSupport::Host() const { return m_context->Host; }
-
 void CAnalysisSupport::dsplst(int code, const char* text) { Host().Messages->dsplst(code, text); }
 
 int CAnalysisSupport::AllocMem(void** block, unsigned long bytes) {
@@ -98,6 +96,13 @@ void CAnalysisSupport::Replace8CharGrow(std::string& text, bool grow) {
     Host().Text->Replace8CharGrow(text, grow);
 }
 void CAnalysisSupport::StripFormatting(std::string& text) { Host().Text->StripFormatting(text); }
+
+int CAnalysisSupport::GetInitKeyword(int section, const char* keyword, int* first, int* second) {
+    return Host().Dialogs->GetInitKeyword(section, keyword, first, second);
+}
+int CAnalysisSupport::PutInitKeyword(int section, const char* keyword, int* first, int* second) {
+    return Host().Dialogs->PutInitKeyword(section, keyword, first, second);
+}
 
 namespace {
 HostServices& ContextHost() { return ModuleContext()->Host; }

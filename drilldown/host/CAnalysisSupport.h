@@ -136,6 +136,10 @@ public:
     void ExpandPossible8CharHash(std::string& text);
     void Replace8CharGrow(std::string& text, bool grow);
     void StripFormatting(std::string& text);
+    int GetInitKeyword(int section, const char* keyword, int* first, int* second);
+    int PutInitKeyword(int section, const char* keyword, int* first, int* second);
+    // The host's dialog and control services.
+    HostDialogs& Dialogs() const { return *Host().Dialogs; }
 
 protected:
     void InitCommons(VmkTag* vmk, Vmk88Tag* vmk88, b1_com* b1, Wght_com* wght, _AddMenu* menu);
@@ -144,7 +148,7 @@ protected:
     CAnalysisContext* m_context;
 
 private:
-    HostServices& Host() const;
+    HostServices& Host() const { return m_context->Host; }
 };
 
 // Host routines that the module calls as free functions; they reach the host through

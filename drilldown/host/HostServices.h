@@ -19,6 +19,7 @@
 #include <string>
 
 #include "HostBlocks.h"
+#include "HostDialogs.h"
 
 // Memory for everything that crosses to the host.
 class HostMemory {
@@ -115,4 +116,5 @@ struct HostServices {
     HostProgress* Progress = nullptr;
     HostData* Data = nullptr;
     HostText* Text = nullptr;
+    HostDialogs* Dialogs = nullptr;
 };
