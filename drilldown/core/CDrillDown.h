@@ -116,6 +116,26 @@ public:
     int SetReviewCategoriesIsset(int variable);
     int SetAllIsset(int value);
 
+    // Drill moves. A drill-down pins CurrentDown to its category Selected, counted among the
+    // non-empty categories; a drill-up takes back the step of CurrentUp.
+    int MoveToDrillUps();
+    int MoveBackToDrillDowns();
+    // order: one entry per record in set order, its new position or -1 for unplaced ones.
+    int ReorderDrillDowns(const int* order, int count, int placed);
+    int ReorderDrillUps(const int* order, int count, int placed);
+    int RefreshListBoxes(HWND window);
+    int LeftAndRight(HWND window, const int* order, int count);
+    int SetSelectedItem(int row);
+    short SetCurrentUpItem(short position);
+    short GetCurrentUpItem();
+
+    // Variable set-up: the user's choice of variables becomes records, and one scan reads them.
+    int SetDDNVariable(HWND window, unsigned short mode, int min1, int max1, int min2, int max2,
+                       int total);
+    int SetRVVariable(HWND window, unsigned short mode, int min, int max);
+    short SelectedVariable(int variable) const;
+    short IsCategoricalVariable(int variable) const;
+
     // Categorisation.
     int SetNeatIntervals();
     int SetReviewsIntervals();
@@ -188,6 +208,8 @@ private:
     const Drill* FindRecord(const DrillSet& records, int variable) const;
     int NameValueCategories(DrillSet& records, short variable);
     int AddValueTo(DrillSet& records, short variable, double value, short type, double weight);
+    std::vector<std::string> DrillUpTexts() const;
+    std::string DisplayName(short variable, char* buffer);
     struct VariableSide;
     LoopEnd ReadVariables(const VariableSide& side);
     SubsetTest CompileSubsetTest();
