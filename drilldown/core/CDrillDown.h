@@ -23,6 +23,7 @@
 #include "Drill.h"
 
 enum class LoopEnd;
+class ScanMoments;
 class SubsetTest;
 
 inline constexpr int DrillDownAnalysisID = 4811;
@@ -212,10 +213,13 @@ private:
     std::string DisplayName(short variable, char* buffer);
     struct VariableSide;
     LoopEnd ReadVariables(const VariableSide& side);
+    // Stores the counts and moments of a scan's slot into its record.
+    void StoreScanResult(Drill& record, const ScanMoments& moments, int slot);
     SubsetTest CompileSubsetTest();
     // The records a selection scan fills: DrillDowns in set order, then Reviews.
     std::vector<Drill*> ScanSlots();
-    template <typename Visit> LoopEnd RunCaseLoop(Visit&& visit);
+    // Walks the cases of the file, handing them to `visit` in blocks (CaseLoop.h).
+    template <typename VisitBlock> LoopEnd RunCaseLoop(VisitBlock&& visit);
     // Allocates the seven per-variable arrays; false when memory ran out.
     bool AllocateVariableArrays(int nv);
 };

@@ -11,17 +11,25 @@
 //
 // Every caller that needs exact comparison of doubles uses the plain operators.
 
-#include <algorithm>
 #include <cmath>
+#include <limits>
 
 inline constexpr double RealTolerance = 1e-12;
 
-inline bool RealEqual(double a, double b) {
-    if (a == b)
-        return true;
-    const double scale = std::max(std::fabs(a), std::fabs(b));
-    return std::fabs(a - b) <= RealTolerance * scale;
+// Tolerant equality of doubles, or lane by lane of GCC vectors of doubles (then a mask).
+// It has no branch, so that a loop over many values stays vectorised.
+template <typename T> [[gnu::always_inline]] inline auto RealEqualLanes(T a, T b) {
+    const T absA = a < 0 ? -a : a;
+    const T absB = b < 0 ? -b : b;
+    const T scale = absA > absB ? absA : absB;
+    const T diff = a - b;
+    const T absDiff = diff < 0 ? -diff : diff;
+    // An infinite value equals only itself, which a == b covers.
+    return (a == b) | ((absDiff <= RealTolerance * scale) &
+                       (scale <= std::numeric_limits<double>::max()));
 }
+
+inline bool RealEqual(double a, double b) { return RealEqualLanes(a, b); }
 inline bool RealLess(double a, double b) { return a < b && !RealEqual(a, b); }
 inline bool RealGreater(double a, double b) { return a > b && !RealEqual(a, b); }
 inline bool RealLessEqual(double a, double b) { return a < b || RealEqual(a, b); }

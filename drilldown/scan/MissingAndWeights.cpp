@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "../core/CDrillDown.h"
-#include "../host/RealNumbers.h"
+#include "SubsetTest.h"
 
 double CDrillDown::DealWithWeights(unsigned short) {
     const Wght_com& weight = ModuleBlocks().Wght;
@@ -21,24 +21,12 @@ double CDrillDown::DealWithWeights(unsigned short) {
     return std::floor(w + 0.5);
 }
 
-namespace {
-bool AnyMissing(CAnalysisSupport& host, const double* values, const short* list, int count) {
-    for (int i = 0; i < count; ++i) {
-        double code;
-        host.getmd5(list[i], &code);
-        if (RealEqual(values[list[i]], code))
-            return true;
-    }
-    return false;
-}
-} // namespace
-
 int CDrillDown::SetMissingData(const double* values) {
-    return AnyMissing(*this, values, Categorical, NoCategorical) ||
-           AnyMissing(*this, values, Continuous, NoContinuous);
+    return CasewiseTest(*this, Categorical, NoCategorical, Continuous, NoContinuous)
+        .AnyMissing(values);
 }
 
 int CDrillDown::MDReviews(const double* values) {
-    return AnyMissing(*this, values, RVCategorical, NoRVCategorical) ||
-           AnyMissing(*this, values, RVContinuous, NoRVContinuous);
+    return CasewiseTest(*this, RVCategorical, NoRVCategorical, RVContinuous, NoRVContinuous)
+        .AnyMissing(values);
 }

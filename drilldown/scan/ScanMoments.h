@@ -4,7 +4,14 @@
 //
 // The mean and the sum of squared deviations are updated together for each value, with
 // the weight as a frequency, so that no second pass is needed and no sum of squares of raw
-// values, which loses all precision for values far from zero, is ever formed.
+// values, which loses all precision for values far from zero, is ever formed:
+//
+//     Divisor += w; N += 1; WeightedN += w; Min, Max;
+//     Delta = (x - Mean) * w; Mean += Delta / Divisor; SS += (x - Mean) * Delta
+//
+// The arrays are laid out slot by slot, in groups of four, so that one case updates four
+// slots with each vector instruction: a missing value is not a branch but a mask that keeps
+// the slot's old state.
 
 #include <cstdint>
 
@@ -12,54 +19,50 @@
 
 class ScanMoments {
 public:
-    explicit ScanMoments(CAnalysisSupport& host)
-        : Min(host), Max(host), Mean(host), SS(host), WeightedN(host), MCount(host),
-          Divisor(host), Delta(host), N(host), MissingN(host) {}
+    // Slots are handled four at a time.
+    static constexpr int Lanes = 4;
 
-    // Allocates `slots` entries of every array and gives them their start values; false
-    // when memory ran out (what was obtained is freed with the object).
-    bool Allocate(int slots) {
-        // At least one entry each, so that a scan with no variable still has its arrays.
-        const std::size_t n = slots > 0 ? std::size_t(slots) : 1;
-        if (!(Min.Allocate(n) && Max.Allocate(n) && Mean.Allocate(n) && SS.Allocate(n) &&
-              WeightedN.Allocate(n) && MCount.Allocate(n) && Divisor.Allocate(n) &&
-              Delta.Allocate(n) && N.Allocate(n) && MissingN.Allocate(n)))
-            return false;
-        for (std::size_t i = 0; i < n; ++i) {
-            Min[i] = StartMin;
-            Max[i] = StartMax;
-        }
-        return true;
+    explicit ScanMoments(CAnalysisSupport& host) : m_block(host) {}
+
+    // Allocates the arrays for `slots` slots and gives them their start values; false when
+    // memory ran out.
+    bool Allocate(int slots);
+
+    // The slot's missing-data code, and whether its values are tested against it at all (a
+    // side that drops incomplete cases as a whole needs no test per value).
+    void SetMissingTest(int slot, double code, bool test) {
+        m_code[slot] = code;
+        m_test[slot] = test ? 1.0 : 0.0;
     }
 
-    void CountMissing(int slot, double weight) {
-        MissingN[slot] += 1;
-        MCount[slot] += weight;
-    }
+    // Where the values of a case go before Update: x[slot] is the slot's value.
+    double* Values() const { return m_x; }
 
-    // The counts, the range, then the mean and the sum of squares; Add is called between
-    // the range and the moments, where a categorical slot counts its category.
-    template <typename Add> void Update(int slot, double x, double weight, Add&& addCategory) {
-        Divisor[slot] += weight;
-        N[slot] += 1;
-        WeightedN[slot] += weight;
-        if (Min[slot] > x)
-            Min[slot] = x;
-        if (Max[slot] < x)
-            Max[slot] = x;
-        addCategory();
-        Delta[slot] = (x - Mean[slot]) * weight;
-        Mean[slot] += Delta[slot] / Divisor[slot];
-        SS[slot] += (x - Mean[slot]) * Delta[slot];
-    }
-    void Update(int slot, double x, double weight) {
-        Update(slot, x, weight, [] {});
-    }
+    // Counts the case as missing in slots [begin, end).
+    void CountMissing(int begin, int end, double weight);
+
+    // Updates slots [begin, end) with the case's values in Values(): a missing value counts
+    // as missing, any other updates the counts, range and moments. Afterwards Valid(slot)
+    // tells which.
+    void Update(int begin, int end, double weight);
+    bool Valid(int slot) const { return m_valid[slot] != 0; }
+
+    double Min(int s) const { return m_min[s]; }
+    double Max(int s) const { return m_max[s]; }
+    double Mean(int s) const { return m_mean[s]; }
+    double SS(int s) const { return m_ss[s]; }
+    double WeightedN(int s) const { return m_weightedN[s]; }
+    double MCount(int s) const { return m_mcount[s]; }
+    int32_t N(int s) const { return static_cast<int32_t>(m_n[s]); }
+    int32_t MissingN(int s) const { return static_cast<int32_t>(m_missingN[s]); }
 
     // A variable without a valid value keeps these, and its Min is then above its Max.
     static constexpr double StartMin = 1.7e+308;
     static constexpr double StartMax = -1.7e+308;
 
-    HostArray<double> Min, Max, Mean, SS, WeightedN, MCount, Divisor, Delta;
-    HostArray<int32_t> N, MissingN;
+private:
+    HostArray<double> m_block;
+    // Counts are kept as doubles, exact up to 2^53, so that every lane of a slot is a double.
+    double *m_min, *m_max, *m_mean, *m_ss, *m_weightedN, *m_mcount, *m_divisor, *m_delta,
+        *m_n, *m_missingN, *m_code, *m_test, *m_valid, *m_x;
 };

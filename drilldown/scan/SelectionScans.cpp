@@ -6,24 +6,8 @@
 #include <iterator>
 #include <vector>
 
-#include "../host/RealNumbers.h"
-#include "CaseLoop.h"
 #include "ScanMoments.h"
 #include "SubsetTest.h"
-
-bool DrillStepTest::Holds(double x) const {
-    switch (kind) {
-    case Kind::MissingRow:
-        return RealEqual(x, lower);
-    case Kind::Value:
-        return x == upper;
-    case Kind::LowerClosed:
-        return lower <= x && x < upper;
-    case Kind::UpperClosed:
-        break;
-    }
-    return lower < x && x <= upper;
-}
 
 namespace {
 
@@ -41,6 +25,14 @@ DrillStepTest::Kind StepKind(int32_t method) {
 
 bool IsValueMethod(int32_t method) {
     return method == MethodDistinctValues || method == MethodIntegerValues;
+}
+
+// Counts a valid value into the value categories of a record whose method has them; integer
+// categories take whole values only.
+void CountValue(Drill& record, double x, double w) {
+    if (record.Method == MethodDistinctValues ||
+        (record.Method == MethodIntegerValues && RealEqual(std::floor(x), x)))
+        record.AddValue(x, record.Type, w, std::string());
 }
 
 } // namespace
@@ -84,50 +76,45 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
         dsplst(0, GetResourceString(StrMemoryExhausted));
         return 0;
     }
-    for (Drill* record : slots)
-        record->Categories.clear();
-    const SubsetTest subset = CompileSubsetTest();
-
-    // Counts one valid value of a slot, with its value category where the method has them.
-    auto update = [&](int slot, double x, double w) {
-        Drill& record = *slots[slot];
-        m.Update(slot, x, w, [&] {
-            if (record.Method == MethodDistinctValues ||
-                (record.Method == MethodIntegerValues && RealEqual(std::floor(x), x)))
-                record.AddValue(x, record.Type, w, std::string());
-        });
-    };
-    auto updateOrCountMissing = [&](int slot, const double* values, double w) {
-        const short variable = slots[slot]->Variable;
+    for (int slot = 0; slot < all; ++slot) {
+        slots[slot]->Categories.clear();
         double code;
-        getmd5(variable, &code);
-        if (RealEqual(values[variable], code))
-            m.CountMissing(slot, w);
-        else
-            update(slot, values[variable], w);
-    };
+        getmd5(slots[slot]->Variable, &code);
+        // Review values need no test when incomplete cases are dropped as a whole.
+        m.SetMissingTest(slot, code, slot < downs || RVMD != 1);
+    }
+    const CasewiseTest incompleteDrill(*this, Categorical, NoCategorical, Continuous,
+                                       NoContinuous);
+    const CasewiseTest incompleteReview(*this, RVCategorical, NoRVCategorical, RVContinuous,
+                                        NoRVContinuous);
+    const SubsetTest subset = CompileSubsetTest();
+    double* x = m.Values();
+    uint8_t inside[CaseBlock::Capacity];
 
-    const LoopEnd end = RunCaseLoop([&](const double* values) {
-        if (subset.Excludes(values))
-            return;
-        const bool dropDrill = MD == 1 && SetMissingData(values) == 1;
-        const bool dropReview = RVMD == 1 && MDReviews(values) == 1;
-        ++ValidVar;
-        const double w = DealWithWeights(0);
-        for (int slot = 0; slot < downs; ++slot) {
+    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
+        subset.Select(block, inside);
+        for (int i = 0; i < block.count; ++i) {
+            if (inside[i] == 0)
+                continue;
+            const double* values = block.Row(i);
+            const double w = block.weights[i];
+            const bool dropDrill = MD == 1 && incompleteDrill.AnyMissing(values);
+            // A case dropped on the review side leaves no trace there, not even as missing.
+            const bool dropReview = RVMD == 1 && incompleteReview.AnyMissing(values);
+            ++ValidVar;
+            for (int slot = 0; slot < all; ++slot)
+                x[slot] = values[slots[slot]->Variable];
             if (dropDrill)
-                m.CountMissing(slot, w);
+                m.CountMissing(0, downs, w);
             else
-                updateOrCountMissing(slot, values, w);
-        }
-        // A case dropped on the review side leaves no trace there, not even as missing.
-        if (dropReview)
-            return;
-        for (int slot = downs; slot < all; ++slot) {
-            if (RVMD == 1)
-                update(slot, values[slots[slot]->Variable], w);
-            else
-                updateOrCountMissing(slot, values, w);
+                m.Update(0, downs, w);
+            if (!dropReview)
+                m.Update(downs, all, w);
+            for (int slot = 0; slot < all; ++slot) {
+                const bool dropped = slot < downs ? dropDrill : dropReview;
+                if (!dropped && m.Valid(slot))
+                    CountValue(*slots[slot], x[slot], w);
+            }
         }
     });
     if (end != LoopEnd::Completed)
@@ -136,11 +123,7 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
     for (int slot = 0; slot < all; ++slot) {
         Drill& record = *slots[slot];
         const bool review = slot >= downs;
-        record.SetDescriptives(m.Min[slot], m.Max[slot], m.Mean[slot], m.SS[slot], 0);
-        record.MissingN = m.MissingN[slot];
-        record.MCount = m.MCount[slot];
-        record.N = m.N[slot];
-        record.WeightedN = m.WeightedN[slot];
+        StoreScanResult(record, m, slot);
         if (IsValueMethod(record.Method)) {
             record.Isset = 1;
             NameValueCategories(review ? *Reviews : *DrillDowns, record.Variable);
@@ -153,7 +136,6 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
                 record.Categorise();
         }
     }
-    ddstop();
     return 1;
 }
 
@@ -164,29 +146,40 @@ int CDrillDown::ReadBeforeDrill(unsigned short) {
     const int all = static_cast<int>(slots.size());
     for (Drill* record : slots)
         record->ResetCounts();
+    std::vector<double> codes(all);
+    for (int slot = 0; slot < all; ++slot)
+        getmd5(slots[slot]->Variable, &codes[slot]);
+    const CasewiseTest incompleteDrill(*this, Categorical, NoCategorical, Continuous,
+                                       NoContinuous);
+    const CasewiseTest incompleteReview(*this, RVCategorical, NoRVCategorical, RVContinuous,
+                                        NoRVContinuous);
     const SubsetTest subset = CompileSubsetTest();
+    uint8_t inside[CaseBlock::Capacity];
 
-    const LoopEnd end = RunCaseLoop([&](const double* values) {
-        if (subset.Excludes(values))
-            return;
-        const bool dropDrill = MD == 1 && SetMissingData(values) == 1;
-        const bool dropReview = RVMD == 1 && MDReviews(values) == 1;
-        const double w = DealWithWeights(0);
-        for (int slot = dropDrill ? downs : 0; slot < (dropReview ? downs : all); ++slot) {
+    // Counts the case's valid values of slots [begin, end) into their categories.
+    auto countSlots = [&](int begin, int end, const double* values, double w) {
+        for (int slot = begin; slot < end; ++slot) {
             Drill& record = *slots[slot];
             const double x = values[record.Variable];
-            double code;
-            getmd5(record.Variable, &code);
-            if (RealEqual(x, code))
+            if (RealEqual(x, codes[slot]))
                 continue;
             // Review records count every value into intervals, whatever their method.
-            if (slot < downs && record.Method == MethodDistinctValues)
-                record.AddValue(x, record.Type, w, std::string());
-            else if (slot < downs && record.Method == MethodIntegerValues) {
-                if (RealEqual(std::floor(x), x))
-                    record.AddValue(x, record.Type, w, std::string());
-            } else
+            if (slot < downs && IsValueMethod(record.Method))
+                CountValue(record, x, w);
+            else
                 record.AddToInterval(x, w);
+        }
+    };
+    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
+        subset.Select(block, inside);
+        for (int i = 0; i < block.count; ++i) {
+            if (inside[i] == 0)
+                continue;
+            const double* values = block.Row(i);
+            if (!(MD == 1 && incompleteDrill.AnyMissing(values)))
+                countSlots(0, downs, values, block.weights[i]);
+            if (!(RVMD == 1 && incompleteReview.AnyMissing(values)))
+                countSlots(downs, all, values, block.weights[i]);
         }
     });
     if (end != LoopEnd::Completed)
@@ -198,21 +191,22 @@ int CDrillDown::ReadBeforeDrill(unsigned short) {
         if (slot < downs && IsValueMethod(record.Method))
             NameValueCategories(*DrillDowns, record.Variable);
     }
-    ddstop();
     return 1;
 }
 
 int CDrillDown::FillNeatIntervals() {
-    const LoopEnd end = RunCaseLoop([&](const double* values) {
-        if (MD == 1 && SetMissingData(values) == 1)
-            return;
-        const double w = DealWithWeights(0);
-        for (int j = 0; j < NoContinuous; ++j) {
-            const short variable = Continuous[j];
-            double code;
-            getmd5(variable, &code);
-            if (MD == 1 || !RealEqual(values[variable], code))
-                AddCategories(values[variable], variable, w);
+    std::vector<double> codes(NoContinuous);
+    for (int j = 0; j < NoContinuous; ++j)
+        getmd5(Continuous[j], &codes[j]);
+    const CasewiseTest incomplete(*this, Categorical, NoCategorical, Continuous, NoContinuous);
+    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
+        for (int i = 0; i < block.count; ++i) {
+            const double* values = block.Row(i);
+            if (MD == 1 && incomplete.AnyMissing(values))
+                continue;
+            for (int j = 0; j < NoContinuous; ++j)
+                if (MD == 1 || !RealEqual(values[Continuous[j]], codes[j]))
+                    AddCategories(values[Continuous[j]], Continuous[j], block.weights[i]);
         }
     });
     if (end != LoopEnd::Completed)
@@ -223,14 +217,19 @@ int CDrillDown::FillNeatIntervals() {
 }
 
 int CDrillDown::FillContinuousIntervals() {
+    const CasewiseTest incomplete(*this, Categorical, NoCategorical, Continuous, NoContinuous);
     const SubsetTest subset = CompileSubsetTest();
-    const LoopEnd end = RunCaseLoop([&](const double* values) {
-        if (SetMissingData(values) == 1 || subset.Excludes(values))
-            return;
-        const double w = DealWithWeights(0);
-        for (const Drill& record : *DrillDowns)
-            if (record.Type == 1)
-                Mutable(record).AddToInterval(values[record.Variable], w);
+    uint8_t inside[CaseBlock::Capacity];
+    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
+        subset.Select(block, inside);
+        for (int i = 0; i < block.count; ++i) {
+            const double* values = block.Row(i);
+            if (inside[i] == 0 || incomplete.AnyMissing(values))
+                continue;
+            for (const Drill& record : *DrillDowns)
+                if (record.Type == 1)
+                    Mutable(record).AddToInterval(values[record.Variable], block.weights[i]);
+        }
     });
     if (end != LoopEnd::Completed)
         return 0;

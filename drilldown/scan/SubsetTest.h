@@ -3,10 +3,14 @@
 //
 // The current subset is the set of cases that lie in the pinned category of every record of
 // DrillUps. The steps cannot change during a scan, so each is reduced beforehand to its
-// variable and the bounds of its pinned category; testing a case is then a few comparisons
-// per step instead of a walk through the record's categories.
+// variable and the bounds of its pinned category. A block of cases is then tested step by
+// step with no branch per case: whether a case is in the subset is unpredictable, and a
+// mispredicted branch per case costs more than the comparisons themselves.
 
+#include <cstdint>
 #include <vector>
+
+#include "CaseLoop.h"
 
 struct DrillStepTest {
     enum class Kind { MissingRow, Value, UpperClosed, LowerClosed };
@@ -29,8 +33,21 @@ public:
                 return true;
         return false;
     }
-    bool Empty() const { return m_steps.empty(); }
+    // inside[i] becomes 1 for each case of the block that lies inside the subset, else 0.
+    void Select(const CaseBlock& block, uint8_t* inside) const;
 
 private:
     std::vector<DrillStepTest> m_steps;
+};
+
+// The test of a case for missing data in any variable of a list (casewise deletion), with
+// the missing codes looked up once.
+class CasewiseTest {
+public:
+    CasewiseTest(CAnalysisSupport& host, const short* first, int firstCount, const short* second,
+                 int secondCount);
+    bool AnyMissing(const double* values) const;
+
+private:
+    std::vector<std::pair<short, double>> m_codes;
 };

@@ -4,8 +4,6 @@
 
 #include <vector>
 
-#include "../host/RealNumbers.h"
-#include "CaseLoop.h"
 #include "ScanMoments.h"
 #include "SubsetTest.h"
 
@@ -16,10 +14,9 @@ struct CDrillDown::VariableSide {
     const short* continuous;
     int noContinuous;
     DrillSet* records;
-    int16_t casewise;                               // MD or RVMD
-    int (CDrillDown::*anyMissing)(const double*);   // SetMissingData or MDReviews
-    bool countsValidCases;                          // ReadDDNV keeps ValidVar
-    bool inSubsetOnly;                              // ReadRVV reads the current subset
+    int16_t casewise;       // MD or RVMD: a case missing in one variable is dropped for all
+    bool countsValidCases;  // ReadDDNV keeps ValidVar
+    bool inSubsetOnly;      // ReadRVV reads the current subset
 
     int Slots() const { return noCategorical + noContinuous; }
     short VariableOf(int slot) const {
@@ -30,26 +27,23 @@ struct CDrillDown::VariableSide {
 int CDrillDown::ReadDDNV(unsigned short) {
     ValidVar = 0;
     const VariableSide side{Categorical, NoCategorical, Continuous, NoContinuous,
-                            DrillDowns.get(), MD, &CDrillDown::SetMissingData,
-                            true, false};
+                            DrillDowns.get(), MD, true, false};
     const LoopEnd end = ReadVariables(side);
+    // Breaking off is the one way to lose the records: they would hold half a pass.
     if (end == LoopEnd::BrokenOff)
         DrillDowns->clear();
     if (end != LoopEnd::Completed)
         return 0;
     SetNeatIntervals();
-    ddstop();
     return 1;
 }
 
 int CDrillDown::ReadRVV(unsigned short) {
     const VariableSide side{RVCategorical, NoRVCategorical, RVContinuous, NoRVContinuous,
-                            Reviews.get(), RVMD, &CDrillDown::MDReviews,
-                            false, true};
+                            Reviews.get(), RVMD, false, true};
     if (ReadVariables(side) != LoopEnd::Completed)
         return 0;
     SetReviewsIntervals();
-    ddstop();
     return 1;
 }
 
@@ -62,36 +56,41 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side) {
     }
     // Records do not move during a scan: look each slot's record up once.
     std::vector<Drill*> record(slots);
-    for (int slot = 0; slot < slots; ++slot)
-        record[slot] = &Mutable(*LookFor(side.VariableOf(slot), side.records));
+    std::vector<short> variable(slots);
+    for (int slot = 0; slot < slots; ++slot) {
+        variable[slot] = side.VariableOf(slot);
+        record[slot] = &Mutable(*LookFor(variable[slot], side.records));
+        double code;
+        getmd5(variable[slot], &code);
+        // A side that drops incomplete cases as a whole needs no test per value.
+        m.SetMissingTest(slot, code, side.casewise != 1);
+    }
+    const CasewiseTest incomplete(*this, side.categorical, side.noCategorical, side.continuous,
+                                  side.noContinuous);
     const SubsetTest subset = CompileSubsetTest();
+    double* x = m.Values();
+    uint8_t inside[CaseBlock::Capacity];
 
-    const LoopEnd end = RunCaseLoop([&](const double* values) {
-        if (side.inSubsetOnly && subset.Excludes(values))
-            return;
-        const double w = DealWithWeights(0);
-        if (side.casewise == 1 && (this->*side.anyMissing)(values)) {
-            for (int slot = 0; slot < slots; ++slot)
-                m.CountMissing(slot, w);
-            return;
-        }
-        if (side.countsValidCases)
-            ++ValidVar;
-        for (int slot = 0; slot < slots; ++slot) {
-            const short variable = side.VariableOf(slot);
-            const double x = values[variable];
-            if (side.casewise != 1) {
-                double code;
-                getmd5(variable, &code);
-                if (RealEqual(x, code)) {
-                    m.CountMissing(slot, w);
-                    continue;
-                }
+    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
+        if (side.inSubsetOnly)
+            subset.Select(block, inside);
+        for (int i = 0; i < block.count; ++i) {
+            if (side.inSubsetOnly && inside[i] == 0)
+                continue;
+            const double* values = block.Row(i);
+            const double w = block.weights[i];
+            if (side.casewise == 1 && incomplete.AnyMissing(values)) {
+                m.CountMissing(0, slots, w);
+                continue;
             }
-            if (slot < side.noCategorical)
-                m.Update(slot, x, w, [&] { record[slot]->AddValue(x, 0, w, std::string()); });
-            else
-                m.Update(slot, x, w);
+            if (side.countsValidCases)
+                ++ValidVar;
+            for (int slot = 0; slot < slots; ++slot)
+                x[slot] = values[variable[slot]];
+            m.Update(0, slots, w);
+            for (int slot = 0; slot < side.noCategorical; ++slot)
+                if (m.Valid(slot))
+                    record[slot]->AddValue(x[slot], 0, w, std::string());
         }
     });
     if (end != LoopEnd::Completed)
@@ -103,11 +102,15 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side) {
             r.Isset = r.Method == MethodDistinctValues ? 1 : 0;
             NameValueCategories(*side.records, r.Variable);
         }
-        r.SetDescriptives(m.Min[slot], m.Max[slot], m.Mean[slot], m.SS[slot], 0);
-        r.MissingN = m.MissingN[slot];
-        r.MCount = m.MCount[slot];
-        r.N = m.N[slot];
-        r.WeightedN = m.WeightedN[slot];
+        StoreScanResult(r, m, slot);
     }
     return LoopEnd::Completed;
+}
+
+void CDrillDown::StoreScanResult(Drill& record, const ScanMoments& m, int slot) {
+    record.SetDescriptives(m.Min(slot), m.Max(slot), m.Mean(slot), m.SS(slot), 0);
+    record.MissingN = m.MissingN(slot);
+    record.MCount = m.MCount(slot);
+    record.N = m.N(slot);
+    record.WeightedN = m.WeightedN(slot);
 }
