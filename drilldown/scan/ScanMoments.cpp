@@ -82,6 +82,6 @@ void ScanMoments::Update(int begin, int end, double w) {
         Store(m_ss + s, valid ? ss : Load(m_ss + s));
         Store(m_missingN + s, Load(m_missingN + s) + (counted ? one : zero));
         Store(m_mcount + s, Load(m_mcount + s) + (counted ? one * w : zero));
-        Store(m_valid + s, valid ? one : zero);
+        Store(m_valid + s, inRange ? (valid ? one : zero) : Load(m_valid + s));
     }
 }

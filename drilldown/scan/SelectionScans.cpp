@@ -117,8 +117,12 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
             }
         }
     });
-    if (end != LoopEnd::Completed)
+    if (end != LoopEnd::Completed) {
+        // Half-counted value categories would mislead: a broken-off scan leaves none.
+        for (Drill* record : slots)
+            record->Categories.clear();
         return 0;
+    }
 
     for (int slot = 0; slot < all; ++slot) {
         Drill& record = *slots[slot];

@@ -27,6 +27,8 @@ std::vector<Stats> compute(const wb::DataFile& file, const std::vector<int>& var
             options.casewise &&
             std::any_of(casewiseVariables.begin(), casewiseVariables.end(),
                         [&](int v) { return file.isMissing(v, file.value(c, v)); });
+        if (dropped && options.droppedLeaveNoTrace)
+            continue;
         for (std::size_t i = 0; i < variables.size(); ++i) {
             const double x = file.value(c, variables[i]);
             if (dropped || file.isMissing(variables[i], x)) {

@@ -13,6 +13,7 @@ namespace ref {
 struct Options {
     bool weightedMoments = false;  // WM
     bool casewise = false;         // MD or RVMD for the side being computed
+    bool droppedLeaveNoTrace = false;  // a case dropped casewise is not even counted missing
 };
 
 // Counts and moments of one variable over the cases that pass a filter.

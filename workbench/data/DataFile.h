@@ -31,6 +31,8 @@ public:
 };
 
 enum class DisplayFormat { Plain, Date, Time };
+// "plain", "date" or "time": the name in dictionaries and listings.
+const char* displayFormatName(DisplayFormat format);
 
 struct Variable {
     std::string name;      // short name; longer than 8 bytes it travels as a token
@@ -67,6 +69,8 @@ public:
     int addVariable(Variable variable);
     // Appends one case; `values` holds one value per variable, in variable order.
     void appendCase(const std::vector<double>& values, std::string caseName = {});
+    // Makes room for `count` cases in all, so that appending them does not reallocate.
+    void reserveCases(int count);
 
     // The row of a case, 1-based: NVars + 1 doubles, slot 0 unused.
     const double* row(int caseNo) const { return &m_values[std::size_t(caseNo) * stride()]; }
@@ -107,6 +111,7 @@ private:
     // Row 0 is a dummy so that rows are 1-based; each row has stride() doubles.
     std::vector<double> m_values;
     std::vector<std::string> m_caseNames;
+    int m_caseNameWidth = 0;
     std::string m_headerText;
     int m_weightVar = 0;
     std::string m_selectionText;

@@ -1,0 +1,86 @@
+// The record of one variable: defaults, ordering, deep copy and its small operations.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "drilldown/core/Drill.h"
+
+namespace {
+
+TEST(DrillRecord, TypeChoosesTheDefaultMethod) {
+    const Drill categorical(3, 0, 0, "A");
+    const Drill continuous(4, 1, 1, "B");
+    const Drill nonzeroType(5, 7, 2, "C");
+    EXPECT_EQ(categorical.Method, MethodDistinctValues);
+    EXPECT_EQ(continuous.Method, MethodNeatIntervals);
+    EXPECT_EQ(nonzeroType.Method, MethodNeatIntervals);
+    EXPECT_EQ(continuous.NeatN, 10);
+    EXPECT_EQ(continuous.ExactN, 10);
+    EXPECT_EQ(continuous.DrilledItem, -1);
+    EXPECT_EQ(continuous.AtMinimum, 1);
+}
+
+TEST(DrillRecord, StdDevFollowsTheCaseCount) {
+    struct Case {
+        int32_t n;
+        double ss;
+        double expected;
+    };
+    for (const Case& c : {Case{0, 5, -1.0}, Case{1, 5, 0.0}, Case{5, 10, std::sqrt(2.5)}}) {
+        Drill d(1, 1, 0, "X");
+        d.N = c.n;
+        d.SS = c.ss;
+        EXPECT_DOUBLE_EQ(d.StdDev(), c.expected) << c.n;
+    }
+}
+
+TEST(DrillRecord, MethodSettingsWriteOneNumberToBothCounts) {
+    Drill d(1, 1, 0, "X");
+    d.SetMethod(MethodExactIntervals, 7, 0, 2.5, -1);
+    EXPECT_EQ(d.ExactN, 7);
+    EXPECT_EQ(d.NeatN, 7);
+    int32_t type, n, atMinimum;
+    double step, start;
+    EXPECT_EQ(d.GetMethod(type, n, atMinimum, step, start), MethodExactIntervals);
+    EXPECT_EQ(n, 7);
+    EXPECT_EQ(atMinimum, 0);
+    EXPECT_EQ(step, 2.5);
+    EXPECT_EQ(start, -1);
+    d.ExactN = 3;  // n is ExactN only for method 1
+    d.Method = MethodNeatIntervals;
+    d.GetMethod(type, n, atMinimum, step, start);
+    EXPECT_EQ(n, 7);
+}
+
+TEST(DrillRecord, SetsOrderBySignedOrderAndRefuseDuplicates) {
+    DrillSet set;
+    set.emplace(1, 0, 2, "two");
+    set.emplace(2, 0, -1, "minus one");
+    set.emplace(3, 0, 0, "zero");
+    EXPECT_FALSE(set.emplace(4, 0, 0, "another zero").second);
+    std::vector<int16_t> variables;
+    for (const Drill& d : set)
+        variables.push_back(d.Variable);
+    EXPECT_EQ(variables, (std::vector<int16_t>{2, 3, 1}));
+}
+
+TEST(DrillRecord, CategoriesWithEqualUpperStandOnce) {
+    CategorySet set;
+    set.emplace(1, 1.0, 5.0, "first", 0.0);
+    EXPECT_FALSE(set.emplace(1, 2.0, 5.0 * (1 + 1e-14), "second", 0.0).second);
+    ASSERT_EQ(set.size(), 1u);
+    EXPECT_EQ(set.begin()->Name, "first");
+}
+
+TEST(DrillRecord, CopyIsDeep) {
+    Drill original(1, 0, 0, "X");
+    original.AddValue(1, 0, 1.0, "");
+    Drill copy = original;
+    Mutable(*copy.Categories.begin()).Count = 99;
+    copy.Name = "Y";
+    EXPECT_EQ(original.Categories.begin()->Count, 1.0);
+    EXPECT_EQ(original.Name, "X");
+}
+
+} // namespace

@@ -1,0 +1,87 @@
+// Loading the built plug-in through the headless host.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "workbench/data/DataFile.h"
+#include "workbench/host/HeadlessHost.h"
+#include "workbench/host/ModuleLoader.h"
+
+namespace {
+
+wb::DataFile smallFile() {
+    wb::DataFile file;
+    file.addVariable({"X", "", -99999999.0, {}, wb::DisplayFormat::Plain});
+    file.addVariable(
+        {"GROUPE", "", -99999999.0, {{1.0, "A"}, {2.0, "B"}}, wb::DisplayFormat::Plain});
+    for (int i = 0; i < 20; ++i)
+        file.appendCase({i * 0.5, double(1 + i % 2)});
+    return file;
+}
+
+TEST(ModuleLoader, LoadsTheModuleAndStartsAnAnalysis) {
+    const wb::DataFile file = smallFile();
+    wb::HeadlessHost host;
+    host.messages().setEcho(nullptr);
+    host.setDataFile(&file);
+    {
+        wb::ModuleLoader loader(host.services());
+        loader.load(DD_MODULE_PATH);
+        ASSERT_TRUE(loader.isLoaded());
+        CAnalysisSupport& analysis = loader.openAnalysis();
+        EXPECT_EQ(analysis.GetAnalysisID(), 4811);
+        EXPECT_EQ(analysis.GetAnalysisName(), "Analyse Drill-Down ");
+        EXPECT_EQ(loader.analysisCount(), 1u);
+        loader.closeAnalysis(analysis);
+        EXPECT_EQ(loader.analysisCount(), 0u);
+        // A second analysis is left for the loader's destructor to close.
+        loader.openAnalysis();
+    }
+    EXPECT_EQ(host.memory().outstandingBlocks(), 0u);
+}
+
+struct FailureRow {
+    std::string path;
+    std::string mentions; // a part of the message
+    const char* comment;
+};
+
+TEST(ModuleLoader, FailuresNameThePathAndTheCause) {
+    wb::HeadlessHost host;
+    const FailureRow rows[] = {
+        {"/nonexistent/libdrilldown.so", "/nonexistent/libdrilldown.so", "no such file"},
+        {"libm.so.6", "has no Vmk6AnalysisContext", "a library that is no module"},
+    };
+    for (const FailureRow& row : rows) {
+        SCOPED_TRACE(row.comment);
+        wb::ModuleLoader loader(host.services());
+        try {
+            loader.load(row.path);
+            ADD_FAILURE() << "loaded";
+        } catch (const wb::ModuleError& error) {
+            const std::string message = error.what();
+            EXPECT_NE(message.find(row.path), std::string::npos) << message;
+            EXPECT_NE(message.find(row.mentions), std::string::npos) << message;
+        }
+        EXPECT_FALSE(loader.isLoaded());
+        EXPECT_THROW(loader.openAnalysis(), wb::ModuleError);
+    }
+}
+
+TEST(ModuleLoader, RefusesIncompleteServices) {
+    wb::HeadlessHost host;
+    HostServices services = host.services();
+    services.Text = nullptr;
+    wb::ModuleLoader loader(services);
+    EXPECT_THROW(loader.load(DD_MODULE_PATH), wb::ModuleError);
+    EXPECT_FALSE(loader.isLoaded());
+}
+
+TEST(ModuleLoader, DefaultPathIsBesideTheExecutable) {
+    const std::string path = wb::ModuleLoader::defaultModulePath();
+    EXPECT_EQ(path.substr(path.size() - std::string("/lib/libdrilldown.so").size()),
+              "/lib/libdrilldown.so");
+    EXPECT_EQ(path.find("/bin/../"), std::string::npos) << "not normalised: " << path;
+}
+
+} // namespace

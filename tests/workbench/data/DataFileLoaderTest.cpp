@@ -1,0 +1,260 @@
+#include "workbench/data/DataFileLoader.h"
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "workbench/data/TempDir.h"
+
+namespace {
+
+// Marks an expected missing value: the variable's missing code, whatever it is.
+constexpr double M = std::numeric_limits<double>::quiet_NaN();
+
+using Rows = std::vector<std::vector<double>>;
+
+void expectRows(const wb::DataFile& file, const Rows& rows) {
+    ASSERT_EQ(file.caseCount(), int(rows.size()));
+    for (int c = 1; c <= file.caseCount(); ++c) {
+        const auto& expected = rows[std::size_t(c) - 1];
+        ASSERT_EQ(file.variableCount(), int(expected.size()));
+        for (int v = 1; v <= file.variableCount(); ++v) {
+            const double want = expected[std::size_t(v) - 1];
+            const double got = file.value(c, v);
+            if (std::isnan(want))
+                EXPECT_TRUE(file.isMissing(v, got))
+                    << "case " << c << " variable " << v << ": " << got;
+            else
+                EXPECT_EQ(got, want) << "case " << c << " variable " << v;
+        }
+    }
+}
+
+std::vector<std::string> names(const wb::DataFile& file) {
+    std::vector<std::string> result;
+    for (int v = 1; v <= file.variableCount(); ++v)
+        result.push_back(file.variable(v).name);
+    return result;
+}
+
+struct CsvCase {
+    const char* comment;
+    std::string csv;
+    std::vector<std::string> names;
+    Rows rows;
+};
+
+TEST(DataFileLoaderTest, ReadsCsvLayouts) {
+    const CsvCase cases[] = {
+        {"LF line ends", "A,B\n1,2\n3,4\n", {"A", "B"}, {{1, 2}, {3, 4}}},
+        {"CRLF line ends", "A,B\r\n1,2\r\n3,4\r\n", {"A", "B"}, {{1, 2}, {3, 4}}},
+        {"no line break at the end", "A,B\n1,2", {"A", "B"}, {{1, 2}}},
+        {"CR at the very end", "A,B\r\n1,2\r", {"A", "B"}, {{1, 2}}},
+        {"byte order mark",
+         "\xEF\xBB\xBF"
+         "A,B\n1,2\n",
+         {"A", "B"},
+         {{1, 2}}},
+        {"quoted names and numbers", "\"A\",\"B\"\r\n\"1\",\"2\"\r\n", {"A", "B"}, {{1, 2}}},
+        {"blanks around fields and quotes", " A , B \n 1 , \"2\" \n", {"A", "B"}, {{1, 2}}},
+        {"empty, quoted empty and NA are missing",
+         "A,B,C,D\n,NA,\"\",4\n",
+         {"A", "B", "C", "D"},
+         {{M, M, M, 4}}},
+        {"empty lines are skipped", "A\n\n1\n\r\n2\n\n", {"A"}, {{1}, {2}}},
+        {"number forms",
+         "A,B,C,D,E\n-1.5,+2,1e3,.5,-0.25E-2\n",
+         {"A", "B", "C", "D", "E"},
+         {{-1.5, 2, 1000, 0.5, -0.0025}}},
+        {"header only", "A,B\n", {"A", "B"}, {}},
+        {"names keep case and accents", "Âge,âge\n1,2\n", {"Âge", "âge"}, {{1, 2}}},
+    };
+    for (const CsvCase& c : cases) {
+        SCOPED_TRACE(c.comment);
+        const wb::DataFile file = wb::parseDataFile(c.csv, "data.csv");
+        EXPECT_EQ(names(file), c.names);
+        expectRows(file, c.rows);
+    }
+}
+
+struct CodedCase {
+    const char* comment;
+    std::string csv;
+    std::optional<std::string> dictionary;
+    std::vector<double> values; // of the last variable
+    std::map<double, std::string> labels;
+};
+
+TEST(DataFileLoaderTest, TurnsTextIntoValues) {
+    const CodedCase cases[] = {
+        {"codes in order of first appearance", "C\nb\na\nb\n", {}, {1, 2, 1}, {{1, "b"}, {2, "a"}}},
+        {"missing cells in a coded column",
+         "K,C\n1,x\n2,\n3,NA\n4,y\n",
+         {},
+         {1, M, M, 2},
+         {{1, "x"}, {2, "y"}}},
+        {"quoted texts with comma, line break and quotes",
+         "K,C\n1,\"x, y\"\n2,\"two\nlines\"\n3,\"say \"\"hi\"\"\"\n4,\"\"\"\"\n",
+         {},
+         {1, 2, 3, 4},
+         {{1, "x, y"}, {2, "two\nlines"}, {3, "say \"hi\""}, {4, "\""}}},
+        {"text that looks like a date stays text without a format",
+         "C\n2024-01-05\n",
+         {},
+         {1},
+         {{1, "2024-01-05"}}},
+        {"label texts of an object of labels",
+         "S\n1\nHomme\n2\n",
+         R"({"variables": {"S": {"labels": {"1": "Femme", "2": "Homme"}}}})",
+         {1, 2, 2},
+         {{1, "Femme"}, {2, "Homme"}}},
+        {"label texts of an array of labels, only texts",
+         "S\nHomme\nFemme\n",
+         R"({"variables": {"S": {"labels": [[1, "Femme"], [2, "Homme"]]}}})",
+         {2, 1},
+         {{1, "Femme"}, {2, "Homme"}}},
+        {"decimal and negative label values",
+         "S\nbas\nrefus\n",
+         R"({"variables": {"S": {"labels": {"-9": "refus", "0.5": "bas"}}}})",
+         {0.5, -9},
+         {{-9, "refus"}, {0.5, "bas"}}},
+        {"dates, and numbers in a date variable",
+         "D\n1899-12-30\n1900-01-01\n2024-02-29\n2024-3-1\n45000\n\n",
+         R"({"variables": {"D": {"format": "date"}}})",
+         {0, 2, 45351, 45352, 45000},
+         {}},
+        {"times, and numbers in a time variable",
+         "T\n0:00\n12:30\n23:59:59\n3600\nNA\n",
+         R"({"variables": {"T": {"format": "time"}}})",
+         {0, 45000, 86399, 3600, M},
+         {}},
+    };
+    for (const CodedCase& c : cases) {
+        SCOPED_TRACE(c.comment);
+        const wb::DataFile file = wb::parseDataFile(c.csv, "data.csv", c.dictionary);
+        const int var = file.variableCount();
+        ASSERT_EQ(file.caseCount(), int(c.values.size()));
+        for (int i = 0; i < file.caseCount(); ++i) {
+            const double got = file.value(i + 1, var);
+            if (std::isnan(c.values[std::size_t(i)]))
+                EXPECT_TRUE(file.isMissing(var, got)) << "case " << i + 1;
+            else
+                EXPECT_EQ(got, c.values[std::size_t(i)]) << "case " << i + 1;
+        }
+        EXPECT_EQ(file.variable(var).labels, c.labels);
+    }
+}
+
+struct MissingCodeCase {
+    const char* comment;
+    std::string csv;
+    std::optional<std::string> dictionary;
+    double code;
+};
+
+TEST(DataFileLoaderTest, ChoosesAMissingCodeNoValueTakes) {
+    const MissingCodeCase cases[] = {
+        {"the default when free", "A\n1\n\n", {}, -99999999},
+        {"the default taken: twice the smallest value", "A\n-99999999\n5\nNA\n", {}, -199999998},
+        {"smallest value below the default", "A\n-99999999\n-3e8\n", {}, -6e8},
+        {"the default taken within the tolerance of the comparison",
+         "A\n-99999999.00000001\n",
+         {},
+         -199999998.00000002},
+        {"a coded column", "A\nx\n\n", {}, -99999999},
+        {"given by the dictionary", "A\n-99999999\n\n",
+         R"({"variables": {"A": {"missingCode": -1}}})", -1},
+    };
+    for (const MissingCodeCase& c : cases) {
+        SCOPED_TRACE(c.comment);
+        const wb::DataFile file = wb::parseDataFile(c.csv, "data.csv", c.dictionary);
+        EXPECT_EQ(file.variable(1).missingCode, c.code);
+        // Every other value stays apart from the code.
+        for (int i = 1; i <= file.caseCount(); ++i)
+            EXPECT_EQ(file.value(i, 1) == c.code, file.isMissing(1, file.value(i, 1)))
+                << "case " << i;
+    }
+}
+
+TEST(DataFileLoaderTest, MissingCellsHoldTheMissingCode) {
+    const wb::DataFile file = wb::parseDataFile("A,B\n,1\n2,NA\n", "data.csv",
+                                                R"({"variables": {"B": {"missingCode": -7}}})");
+    EXPECT_EQ(file.value(1, 1), -99999999);
+    EXPECT_EQ(file.value(2, 2), -7);
+}
+
+TEST(DataFileLoaderTest, AppliesTheDictionary) {
+    const std::string csv = "ID,AGE,W,REGION\n"
+                            "C00017,34,1.5,11\n"
+                            "C00018-PRO-MARSEILLE,51,,93\n"
+                            ",27,-2,11\n";
+    const std::string dictionary = R"({
+      "header": "Enquête clients",
+      "caseNames": "ID",
+      "weight": "w",
+      "selection": "age > 30",
+      "variables": {
+        "AGE": {"longName": "Âge", "format": "plain"},
+        "REGION": {"labels": {"11": "Île-de-France", "93": "Provence-Alpes-Côte d'Azur"}}
+      }
+    })";
+    const wb::DataFile file = wb::parseDataFile(csv, "data.csv", dictionary);
+    EXPECT_EQ(names(file), (std::vector<std::string>{"AGE", "W", "REGION"}));
+    EXPECT_EQ(file.headerText(), "Enquête clients");
+    EXPECT_EQ(file.variable(1).longName, "Âge");
+    EXPECT_EQ(file.variable(3).labels.at(93), "Provence-Alpes-Côte d'Azur");
+    ASSERT_TRUE(file.hasCaseNames());
+    EXPECT_EQ(file.caseName(2), "C00018-PRO-MARSEILLE");
+    EXPECT_EQ(file.caseName(3), "");
+    EXPECT_EQ(file.caseNameWidth(), 20);
+    EXPECT_EQ(file.weightVariable(), 2);
+    // A missing weight and a negative one count as 0.
+    EXPECT_EQ(file.caseWeight(1), 1.5);
+    EXPECT_EQ(file.caseWeight(2), 0.0);
+    EXPECT_EQ(file.caseWeight(3), 0.0);
+    EXPECT_EQ(file.selectionText(), "age > 30");
+    EXPECT_TRUE(file.isSelected(1));
+    EXPECT_FALSE(file.isSelected(3));
+}
+
+TEST(DataFileLoaderTest, LoadsTheDictionaryBesideTheFile) {
+    const wb::testing::TempDir dir;
+    const std::string path = dir.write("survey.csv", "A\n1\n");
+    dir.write("survey.csv.dict.json", "\xEF\xBB\xBF{\"header\": \"Vague 3\"}");
+    const wb::DataFile file = wb::loadDataFile(path);
+    EXPECT_EQ(file.path(), path);
+    EXPECT_EQ(file.headerText(), "Vague 3");
+
+    const std::string plain = dir.write("plain.csv", "A\n1\n");
+    EXPECT_EQ(wb::loadDataFile(plain).headerText(), "");
+}
+
+TEST(DataFileLoaderTest, NamesTheFileThatCannotBeRead) {
+    const wb::testing::TempDir dir;
+    const std::string path = dir.path("absent.csv");
+    try {
+        wb::loadDataFile(path);
+        FAIL() << "no error";
+    } catch (const wb::DataError& error) {
+        EXPECT_EQ(std::string(error.what()),
+                  path + ": cannot open the file: No such file or directory");
+    }
+}
+
+TEST(DataFileLoaderTest, LoadsTheSampleData) {
+    const wb::DataFile file = wb::loadDataFile(DD_SOURCE_DIR "/examples/sample.csv");
+    EXPECT_EQ(file.caseCount(), 1500);
+    EXPECT_EQ(file.variableCount(), 11);
+    const int region = file.findVariable("REGION");
+    ASSERT_NE(region, 0);
+    EXPECT_EQ(file.variable(region).labels.at(11), "Île-de-France");
+    const int firstBuy = file.findVariable("FIRSTBUY");
+    ASSERT_NE(firstBuy, 0);
+    EXPECT_EQ(file.variable(firstBuy).format, wb::DisplayFormat::Date);
+    EXPECT_NE(file.findVariable("SATISFACTION"), 0);
+    EXPECT_GT(file.caseNameWidth(), 8);
+}
+
+} // namespace

@@ -1,0 +1,77 @@
+// drilldown: the workbench's command line.
+
+#include <array>
+#include <iostream>
+#include <string_view>
+
+#include "workbench/cli/Commands.h"
+#include "workbench/data/DataFile.h"
+
+namespace {
+
+using namespace wb::cli;
+
+struct Command {
+    std::string_view name;
+    std::string_view arguments;
+    std::string_view summary;
+    int (*run)(const Arguments&);
+};
+
+constexpr std::array Commands{
+    Command{"info", "FILE", "show the variables and settings of a data file", runInfo},
+    Command{"dump",
+            "FILE --down \"LIST\" [--review \"LIST\"] [--weight VAR] [--select EXPR] "
+            "[--drill \"VAR=CATEGORY\" ...]",
+            "drill down step by step and print the analysis's state as JSON; LIST holds "
+            "numbers, ranges a-b and names, with | between the categorical and the continuous "
+            "variables; CATEGORY is a label or @n, the n-th row of the category dialog",
+            runDump},
+};
+
+void printUsage(std::ostream& out) {
+    out << "usage: drilldown COMMAND [ARGUMENTS]\n\ncommands:\n";
+    for (const Command& command : Commands)
+        out << "  " << command.name << ' ' << command.arguments << "\n      " << command.summary
+            << '\n';
+}
+
+const Command* findCommand(std::string_view name) {
+    for (const Command& command : Commands)
+        if (command.name == name)
+            return &command;
+    return nullptr;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        printUsage(std::cerr);
+        return ExitUsage;
+    }
+    const std::string_view name = argv[1];
+    if (name == "help" || name == "--help" || name == "-h") {
+        printUsage(std::cout);
+        return ExitSuccess;
+    }
+    const Command* command = findCommand(name);
+    if (command == nullptr) {
+        std::cerr << "drilldown: unknown command \"" << name << "\"\n";
+        printUsage(std::cerr);
+        return ExitUsage;
+    }
+    try {
+        return command->run(Arguments(argv + 2, argv + argc));
+    } catch (const UsageError& error) {
+        std::cerr << "drilldown " << command->name << ": " << error.what() << "\nusage: drilldown "
+                  << command->name << ' ' << command->arguments << '\n';
+        return ExitUsage;
+    } catch (const wb::DataError& error) {
+        std::cerr << error.what() << '\n';
+        return ExitDataError;
+    } catch (const std::exception& error) {
+        std::cerr << "drilldown: " << error.what() << '\n';
+        return ExitDataError;
+    }
+}

@@ -1,0 +1,548 @@
+#include "workbench/data/DataFileLoader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <map>
+#include <unordered_map>
+
+#include "drilldown/host/RealNumbers.h"
+#include "workbench/data/CsvReader.h"
+#include "workbench/data/Dictionary.h"
+#include "workbench/data/TextPosition.h"
+
+namespace wb {
+
+namespace {
+
+constexpr double DefaultMissingCode = -99999999.0;
+// The module counts variables in a 16-bit signed field.
+constexpr int MaxVariables = 32767;
+// Stands for a missing value until the variable's missing code is known; no parsed value
+// is ever NaN.
+constexpr double Pending = std::numeric_limits<double>::quiet_NaN();
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+std::string_view withoutByteOrderMark(std::string_view text) {
+    return text.starts_with(ByteOrderMark) ? text.substr(ByteOrderMark.size()) : text;
+}
+
+std::string numberText(double value) {
+    char buffer[32];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::string(buffer, result.ptr);
+}
+
+std::string fieldCount(std::size_t count) {
+    return std::to_string(count) + (count == 1 ? " field" : " fields");
+}
+
+// A whole field as a finite number; a leading + is allowed, blanks are not.
+bool parseNumber(std::string_view text, double& value) {
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-')
+        text.remove_prefix(1);
+    const char* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, value);
+    return error == std::errc{} && end == last && std::isfinite(value);
+}
+
+// `digits` decimal digits from `at`, as a number; false when one is not a digit.
+bool readDigits(std::string_view text, std::size_t at, std::size_t digits, int& value) {
+    if (at + digits > text.size())
+        return false;
+    value = 0;
+    for (std::size_t i = at; i < at + digits; ++i) {
+        if (text[i] < '0' || text[i] > '9')
+            return false;
+        value = value * 10 + (text[i] - '0');
+    }
+    return true;
+}
+
+enum class Parsed { NotThatForm, Invalid, Valid };
+
+// YYYY-M-D or YYYY-MM-DD, as days since 1899-12-30.
+Parsed parseDate(std::string_view text, double& days) {
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    if (!readDigits(text, 0, 4, year) || text.size() < 8 || text[4] != '-')
+        return Parsed::NotThatForm;
+    const std::size_t dash = text.find('-', 5);
+    if (dash == std::string_view::npos || dash < 6 || dash > 7 ||
+        !readDigits(text, 5, dash - 5, month) || text.size() - dash - 1 < 1 ||
+        text.size() - dash - 1 > 2 || !readDigits(text, dash + 1, text.size() - dash - 1, day))
+        return Parsed::NotThatForm;
+    using namespace std::chrono;
+    const year_month_day date{std::chrono::year{year}, std::chrono::month(unsigned(month)),
+                              std::chrono::day(unsigned(day))};
+    if (!date.ok())
+        return Parsed::Invalid;
+    constexpr sys_days Epoch = std::chrono::year{1899} / December / 30;
+    days = double((sys_days{date} - Epoch).count());
+    return Parsed::Valid;
+}
+
+// H:MM, HH:MM, H:MM:SS or HH:MM:SS, as seconds since midnight.
+Parsed parseTime(std::string_view text, double& seconds) {
+    const std::size_t colon = text.find(':');
+    if (colon == std::string_view::npos || colon < 1 || colon > 2)
+        return Parsed::NotThatForm;
+    int hours = 0;
+    int minutes = 0;
+    int secs = 0;
+    const std::size_t rest = text.size() - colon - 1;
+    if (!readDigits(text, 0, colon, hours) || (rest != 2 && rest != 5) ||
+        !readDigits(text, colon + 1, 2, minutes))
+        return Parsed::NotThatForm;
+    if (rest == 5 && (text[colon + 3] != ':' || !readDigits(text, colon + 4, 2, secs)))
+        return Parsed::NotThatForm;
+    if (hours > 23 || minutes > 59 || secs > 59)
+        return Parsed::Invalid;
+    seconds = hours * 3600.0 + minutes * 60.0 + secs;
+    return Parsed::Valid;
+}
+
+// What the loader knows of one CSV column while it reads the cases.
+struct Column {
+    std::string name;
+    std::size_t headerOffset = 0;
+    int var = 0; // 0 for the column of case names
+    DisplayFormat format = DisplayFormat::Plain;
+    // From the dictionary: the key of the entry, the missing code, and label texts to values.
+    std::string dictionaryKey;
+    bool hasGivenMissing = false;
+    double givenMissing = 0.0;
+    bool labelled = false;
+    std::map<std::string, double, std::less<>> labelValues;
+    // Found in the cells.
+    bool sawNumber = false;
+    bool sawMissing = false;
+    std::map<std::string, double, std::less<>> codes; // of a coded column
+    std::size_t firstTextOffset = 0;
+    std::string firstText;
+};
+
+class Loader {
+public:
+    Loader(std::string_view csvText, const std::string& csvName,
+           std::optional<std::string_view> dictionaryText)
+        : m_csv(withoutByteOrderMark(csvText), csvName) {
+        if (dictionaryText)
+            m_dictionary.emplace(withoutByteOrderMark(*dictionaryText), csvName + ".dict.json");
+    }
+
+    DataFile load(const std::string& path) {
+        readHeader();
+        const std::string caseNames = m_dictionary ? caseNameColumn() : std::string();
+        makeVariables(caseNames);
+        if (m_dictionary)
+            applyDictionary();
+        readCases();
+        settleMissingCodes();
+        m_file.setPath(path);
+        return std::move(m_file);
+    }
+
+private:
+    using Path = Dictionary::Path;
+    using At = Dictionary::At;
+
+    void readHeader() {
+        if (!m_csv.startRow())
+            m_csv.fail(0, "the file is empty; its first line must name the variables");
+        std::unordered_map<std::string, std::size_t> fieldOf;
+        CsvReader::Field field;
+        bool more = true;
+        while (more) {
+            more = m_csv.readField(field);
+            const std::size_t number = m_columns.size() + 1;
+            if (field.text.empty())
+                m_csv.fail(field.offset, "empty variable name in field " + std::to_string(number) +
+                                             " of the header");
+            const auto [it, added] = fieldOf.emplace(std::string(field.text), number);
+            if (!added)
+                m_csv.fail(field.offset, "duplicate variable name " + inQuotes(field.text) +
+                                             "; field " + std::to_string(it->second) +
+                                             " of the header has it too");
+            Column column;
+            column.name = field.text;
+            column.headerOffset = field.offset;
+            m_columns.push_back(std::move(column));
+        }
+    }
+
+    // The dictionary's "caseNames", checked, or empty.
+    std::string caseNameColumn() {
+        const auto& root = m_dictionary->root();
+        if (!root.is_object())
+            m_dictionary->fail({}, At::Value, "the dictionary must be a JSON object");
+        if (!root.contains("caseNames"))
+            return {};
+        const std::string name = stringMember(root, {"caseNames"});
+        const bool known = std::any_of(m_columns.begin(), m_columns.end(),
+                                       [&](const Column& column) { return column.name == name; });
+        if (!known)
+            m_dictionary->fail({"caseNames"}, At::Value,
+                               "caseNames: the data file has no column " + inQuotes(name));
+        return name;
+    }
+
+    void makeVariables(const std::string& caseNames) {
+        for (Column& column : m_columns) {
+            if (column.name == caseNames)
+                continue;
+            if (m_file.variableCount() == MaxVariables)
+                m_csv.fail(column.headerOffset, "too many variables; at most " +
+                                                    std::to_string(MaxVariables) + " are allowed");
+            Variable variable;
+            variable.name = column.name;
+            column.var = m_file.addVariable(std::move(variable));
+        }
+    }
+
+    std::string stringMember(const nlohmann::ordered_json& value, const Path& path) {
+        if (!value.at(path.back()).is_string())
+            m_dictionary->fail(path, At::Value, inQuotes(path.back()) + " must be a string");
+        return value.at(path.back()).get<std::string>();
+    }
+
+    void applyDictionary() {
+        const auto& root = m_dictionary->root();
+        for (const auto& [key, value] : root.items()) {
+            if (key == "caseNames")
+                continue;
+            if (key == "header") {
+                const std::string header = stringMember(root, {key});
+                located({key}, [&] { m_file.setHeaderText(header); });
+            } else if (key == "weight") {
+                const std::string name = stringMember(root, {key});
+                const int var = m_file.findVariable(name);
+                if (var == 0)
+                    m_dictionary->fail({key}, At::Value,
+                                       "weight: unknown variable " + inQuotes(name));
+                m_file.setWeightVariable(var);
+            } else if (key == "selection") {
+                const std::string text = stringMember(root, {key});
+                located({key}, [&] { m_file.setSelection(text); });
+            } else if (key == "variables") {
+                applyVariables(value);
+            } else {
+                m_dictionary->fail({key}, At::Key,
+                                   "unknown key " + inQuotes(key) +
+                                       "; expected \"header\", \"caseNames\", \"weight\", "
+                                       "\"selection\" or \"variables\"");
+            }
+        }
+    }
+
+    // Runs `change`, which may throw DataError with a message of its own, and places that
+    // message at the dictionary member it came from.
+    template <typename Change> void located(const Path& path, Change change) {
+        try {
+            change();
+        } catch (const DataError& error) {
+            m_dictionary->fail(path, At::Value, error.what());
+        }
+    }
+
+    void applyVariables(const nlohmann::ordered_json& variables) {
+        if (!variables.is_object())
+            m_dictionary->fail({"variables"}, At::Value,
+                               "\"variables\" must be an object with an entry per variable");
+        for (const auto& [name, entry] : variables.items()) {
+            const Path path{"variables", name};
+            const int var = m_file.findVariable(name);
+            if (var == 0) {
+                const bool caseNames = std::any_of(m_columns.begin(), m_columns.end(),
+                                                   [&](const Column& c) { return c.name == name; });
+                m_dictionary->fail(path, At::Key,
+                                   caseNames
+                                       ? inQuotes(name) + " is the case-name column, not a variable"
+                                       : "unknown variable " + inQuotes(name) +
+                                             "; the data file has no such column");
+            }
+            if (!entry.is_object())
+                m_dictionary->fail(path, At::Value,
+                                   "the entry of variable " + inQuotes(name) +
+                                       " must be an object");
+            applyVariable(columnOf(var), path, entry);
+        }
+    }
+
+    Column& columnOf(int var) {
+        return *std::find_if(m_columns.begin(), m_columns.end(),
+                             [var](const Column& column) { return column.var == var; });
+    }
+
+    void applyVariable(Column& column, const Path& entryPath, const nlohmann::ordered_json& entry) {
+        Variable& variable = m_file.variable(column.var);
+        column.dictionaryKey = entryPath.back();
+        for (const auto& [key, value] : entry.items()) {
+            Path path = entryPath;
+            path.push_back(key);
+            if (key == "longName") {
+                variable.longName = stringMember(entry, path);
+            } else if (key == "missingCode") {
+                if (!value.is_number())
+                    m_dictionary->fail(path, At::Value, "\"missingCode\" must be a number");
+                column.hasGivenMissing = true;
+                column.givenMissing = value.get<double>();
+                variable.missingCode = column.givenMissing;
+            } else if (key == "format") {
+                variable.format = format(value, path);
+                column.format = variable.format;
+            } else if (key == "labels") {
+                readLabels(variable, column, value, path);
+            } else {
+                m_dictionary->fail(path, At::Key,
+                                   "unknown key " + inQuotes(key) + " in variable " +
+                                       inQuotes(variable.name) +
+                                       "; expected \"longName\", \"missingCode\", \"labels\" or "
+                                       "\"format\"");
+            }
+        }
+    }
+
+    DisplayFormat format(const nlohmann::ordered_json& value, const Path& path) {
+        for (const DisplayFormat candidate :
+             {DisplayFormat::Plain, DisplayFormat::Date, DisplayFormat::Time})
+            if (value.is_string() && value.get<std::string>() == displayFormatName(candidate))
+                return candidate;
+        m_dictionary->fail(path, At::Value, "\"format\" must be \"plain\", \"date\" or \"time\"");
+    }
+
+    void readLabels(Variable& variable, Column& column, const nlohmann::ordered_json& labels,
+                    const Path& path) {
+        column.labelled = true;
+        if (labels.is_object()) {
+            for (const auto& [key, text] : labels.items()) {
+                Path at = path;
+                at.push_back(key);
+                double value = 0.0;
+                if (!parseNumber(key, value))
+                    m_dictionary->fail(at, At::Key,
+                                       "label value " + inQuotes(key) + " is not a number");
+                addLabel(variable, column, value, text, at);
+            }
+            return;
+        }
+        if (!labels.is_array())
+            m_dictionary->fail(path, At::Value,
+                               "\"labels\" must be an object or an array of [value, \"text\"]");
+        for (std::size_t i = 0; i < labels.size(); ++i) {
+            Path at = path;
+            at.push_back(std::to_string(i));
+            const auto& label = labels[i];
+            if (!label.is_array() || label.size() != 2 || !label[0].is_number())
+                m_dictionary->fail(at, At::Value, "a label must be an array [value, \"text\"]");
+            at.push_back("1");
+            addLabel(variable, column, label[0].get<double>(), label[1], at);
+        }
+    }
+
+    void addLabel(Variable& variable, Column& column, double value,
+                  const nlohmann::ordered_json& text, const Path& path) {
+        if (!text.is_string())
+            m_dictionary->fail(path, At::Value, "the text of a label must be a string");
+        variable.labels[value] = text.get<std::string>();
+        column.labelValues.emplace(text.get<std::string>(), value);
+    }
+
+    void readCases() {
+        const std::string_view text = m_csv.text();
+        m_file.reserveCases(int(std::min<std::ptrdiff_t>(std::count(text.begin(), text.end(), '\n'),
+                                                         std::numeric_limits<int>::max() - 1)));
+        std::vector<double> values(std::size_t(m_file.variableCount()));
+        CsvReader::Field field;
+        while (m_csv.startRow()) {
+            std::string caseName;
+            std::size_t count = 0;
+            std::size_t extraOffset = 0;
+            bool more = true;
+            while (more) {
+                more = m_csv.readField(field);
+                if (count < m_columns.size()) {
+                    Column& column = m_columns[count];
+                    if (column.var == 0)
+                        caseName = field.text;
+                    else
+                        values[std::size_t(column.var) - 1] = convert(column, field);
+                } else if (count == m_columns.size()) {
+                    extraOffset = field.offset;
+                }
+                ++count;
+            }
+            if (count != m_columns.size())
+                m_csv.fail(count > m_columns.size() ? extraOffset : m_csv.rowEnd(),
+                           "row has " + fieldCount(count) + "; the header has " +
+                               fieldCount(m_columns.size()));
+            m_file.appendCase(values, std::move(caseName));
+        }
+    }
+
+    double convert(Column& column, const CsvReader::Field& field) {
+        const std::string_view text = field.text;
+        if (text.empty() || text == "NA") {
+            column.sawMissing = true;
+            return Pending;
+        }
+        double value = 0.0;
+        if (parseNumber(text, value)) {
+            if (!column.codes.empty())
+                notAValue(column, column.firstTextOffset, column.firstText);
+            if (column.hasGivenMissing && RealEqual(value, column.givenMissing))
+                m_csv.fail(field.offset, inQuotes(text) + " in variable " + inQuotes(column.name) +
+                                             " is its missing code; leave the field empty or "
+                                             "write NA for a missing value");
+            column.sawNumber = true;
+            return value;
+        }
+        if (column.format != DisplayFormat::Plain) {
+            const bool date = column.format == DisplayFormat::Date;
+            const Parsed parsed = date ? parseDate(text, value) : parseTime(text, value);
+            if (parsed == Parsed::Valid)
+                return value;
+            if (parsed == Parsed::Invalid)
+                m_csv.fail(field.offset, inQuotes(text) + " in variable " + inQuotes(column.name) +
+                                             " is not a valid " + (date ? "date" : "time"));
+        }
+        if (const auto label = column.labelValues.find(text); label != column.labelValues.end())
+            return label->second;
+        if (column.labelled || column.format != DisplayFormat::Plain || column.sawNumber)
+            notAValue(column, field.offset, text);
+        return code(column, field.offset, text);
+    }
+
+    // The code of a text in a coded column, a new one for a text not seen before.
+    double code(Column& column, std::size_t offset, std::string_view text) {
+        if (const auto known = column.codes.find(text); known != column.codes.end())
+            return known->second;
+        if (column.codes.empty()) {
+            column.firstTextOffset = offset;
+            column.firstText = text;
+        }
+        const double value = double(column.codes.size() + 1);
+        column.codes.emplace(std::string(text), value);
+        m_file.variable(column.var).labels[value] = text;
+        return value;
+    }
+
+    [[noreturn]] void notAValue(const Column& column, std::size_t offset, std::string_view text) {
+        std::string what = "a number, a label of the variable or NA";
+        if (column.format == DisplayFormat::Date)
+            what = "a date (YYYY-MM-DD), " + what;
+        else if (column.format == DisplayFormat::Time)
+            what = "a time (HH:MM or HH:MM:SS), " + what;
+        m_csv.fail(offset,
+                   inQuotes(text) + " in variable " + inQuotes(column.name) + " is not " + what);
+    }
+
+    // Gives every variable its missing code and writes it into the cells left missing.
+    void settleMissingCodes() {
+        const int variables = m_file.variableCount();
+        std::vector<double> smallest(std::size_t(variables) + 1,
+                                     std::numeric_limits<double>::infinity());
+        std::vector<char> defaultTaken(std::size_t(variables) + 1, 0);
+        for (int c = 1; c <= m_file.caseCount(); ++c) {
+            const double* row = m_file.row(c);
+            for (int v = 1; v <= variables; ++v) {
+                const double value = row[v];
+                if (std::isnan(value))
+                    continue;
+                smallest[std::size_t(v)] = std::min(smallest[std::size_t(v)], value);
+                defaultTaken[std::size_t(v)] |= RealEqual(value, DefaultMissingCode);
+            }
+        }
+        bool anyMissing = false;
+        for (const Column& column : m_columns) {
+            if (column.var == 0)
+                continue;
+            anyMissing = anyMissing || column.sawMissing;
+            if (column.hasGivenMissing) {
+                checkGivenAgainstCodes(column);
+                continue;
+            }
+            const std::size_t v = std::size_t(column.var);
+            double missing = DefaultMissingCode;
+            if (defaultTaken[v]) {
+                // Only a value at or below the default takes it, so twice the smallest value
+                // lies below every value of the variable.
+                missing = 2 * smallest[v];
+                if (!std::isfinite(missing))
+                    m_csv.fail(column.headerOffset,
+                               "no missing code is free for variable " + inQuotes(column.name) +
+                                   "; give one as \"missingCode\" in the dictionary");
+            }
+            m_file.variable(column.var).missingCode = missing;
+        }
+        if (!anyMissing)
+            return;
+        for (int c = 1; c <= m_file.caseCount(); ++c)
+            for (int v = 1; v <= variables; ++v)
+                if (std::isnan(m_file.value(c, v)))
+                    m_file.setValue(c, v, m_file.variable(v).missingCode);
+    }
+
+    void checkGivenAgainstCodes(const Column& column) {
+        for (const auto& [text, value] : column.codes)
+            if (RealEqual(value, column.givenMissing))
+                m_dictionary->fail({"variables", column.dictionaryKey, "missingCode"}, At::Value,
+                                   "missing code " + numberText(column.givenMissing) +
+                                       " of variable " + inQuotes(column.name) +
+                                       " is the code of its text " + inQuotes(text));
+    }
+
+    CsvReader m_csv;
+    std::optional<Dictionary> m_dictionary;
+    std::vector<Column> m_columns;
+    DataFile m_file;
+};
+
+std::string readWholeFile(const std::string& path) {
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr)
+        throw DataError(path + ": cannot open the file: " + std::strerror(errno));
+    std::string text;
+    std::error_code sizeUnknown;
+    const auto size = std::filesystem::file_size(path, sizeUnknown);
+    if (!sizeUnknown)
+        text.reserve(size);
+    char buffer[1 << 16];
+    std::size_t count = 0;
+    while ((count = std::fread(buffer, 1, sizeof buffer, file)) > 0)
+        text.append(buffer, count);
+    const bool failed = std::ferror(file) != 0;
+    std::fclose(file);
+    if (failed)
+        throw DataError(path + ": cannot read the file");
+    return text;
+}
+
+} // namespace
+
+DataFile parseDataFile(std::string_view csvText, const std::string& csvName,
+                       std::optional<std::string_view> dictionaryText) {
+    return Loader(csvText, csvName, dictionaryText).load({});
+}
+
+DataFile loadDataFile(const std::string& path) {
+    const std::string csv = readWholeFile(path);
+    const std::string dictionaryPath = path + ".dict.json";
+    std::optional<std::string> dictionary;
+    if (std::filesystem::exists(dictionaryPath))
+        dictionary = readWholeFile(dictionaryPath);
+    std::optional<std::string_view> dictionaryText;
+    if (dictionary)
+        dictionaryText = *dictionary;
+    return Loader(csv, path, dictionaryText).load(path);
+}
+
+} // namespace wb

@@ -1,0 +1,37 @@
+#include "workbench/data/TextPosition.h"
+
+#include <algorithm>
+
+namespace wb {
+
+TextPosition positionOf(std::string_view text, std::size_t offset) {
+    offset = std::min(offset, text.size());
+    TextPosition position;
+    for (std::size_t i = 0; i < offset; ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (c == '\n') {
+            ++position.line;
+            position.column = 1;
+        } else if ((c & 0xC0) != 0x80) {
+            // A UTF-8 continuation byte belongs to the character before it.
+            ++position.column;
+        }
+    }
+    return position;
+}
+
+std::string inQuotes(std::string_view text) {
+    std::string quoted(1, '"');
+    quoted.append(text);
+    quoted.push_back('"');
+    return quoted;
+}
+
+std::string locatedMessage(const std::string& name, std::string_view text, std::size_t offset,
+                           const std::string& message) {
+    const TextPosition position = positionOf(text, offset);
+    return name + ":" + std::to_string(position.line) + ":" + std::to_string(position.column) +
+           ": " + message;
+}
+
+} // namespace wb
