@@ -4,8 +4,6 @@
 
 #include "../host/RealNumbers.h"
 
-bool Categories::operator<(const Categories& other) const { return RealLess(Upper, other.Upper); }
-
 Drill::Drill(int16_t variable, int16_t type, int16_t order, std::string name)
     : Variable(variable), Type(type), Name(std::move(name)),
       Method(type != 0 ? MethodNeatIntervals : MethodDistinctValues), Order(order) {}

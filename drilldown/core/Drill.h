@@ -12,6 +12,8 @@
 #include <set>
 #include <string>
 
+#include "../host/RealNumbers.h"
+
 // Categorisation methods.
 enum DrillMethod : int32_t {
     MethodDistinctValues = 0,  // one category per distinct value
@@ -34,7 +36,11 @@ public:
     Categories(int32_t kind, double count, double upper, std::string name, double lower)
         : Kind(kind), Count(count), Upper(upper), Name(std::move(name)), Lower(lower) {}
 
-    bool operator<(const Categories& other) const;
+    // Ordered by Upper under RealLess; also against a bare value, so that a set can be
+    // searched for a value without making a category.
+    bool operator<(const Categories& other) const { return RealLess(Upper, other.Upper); }
+    friend bool operator<(const Categories& c, double value) { return RealLess(c.Upper, value); }
+    friend bool operator<(double value, const Categories& c) { return RealLess(value, c.Upper); }
 
     int32_t Kind;      // 1 for an interval; for a distinct value the variable's Type
     double Count;      // weighted number of cases of the current subset in the category
@@ -42,6 +48,9 @@ public:
     std::string Name;  // the label
     double Lower;      // the interval's lower limit; for a distinct value the value
 };
+
+// Categories in ascending order of Upper; transparent, so a value can be looked up directly.
+using CategorySet = std::set<Categories, std::less<>>;
 
 class Drill {
 public:
@@ -99,7 +108,7 @@ public:
     int16_t Isset = 0;
     int16_t Order;
     int32_t DrilledItem = -1;
-    std::set<::Categories> Categories;
+    CategorySet Categories;
 
 private:
     void InsertInterval(double lower, double upper, double count, std::string name);
@@ -110,4 +119,3 @@ private:
 template <typename T> T& Mutable(const T& element) { return const_cast<T&>(element); }
 
 using DrillSet = std::set<Drill>;
-using CategorySet = std::set<Categories>;

@@ -22,9 +22,8 @@ wb::DataFile makeFile(const std::vector<VariableSpec>& variables,
 
 AnalysisFixture::AnalysisFixture() : keywords(std::filesystem::path(), nullptr) {
     host.messages().setEcho(nullptr);
-    HostServices services = host.services();
-    services.Dialogs = &dialogs;
-    ModuleContext()->Host = services;
+    host.setDialogs(&dialogs);
+    ModuleContext()->Host = host.services();
     panel = dialogs.model().createDialog(4813);
 }
 

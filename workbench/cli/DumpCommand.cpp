@@ -116,9 +116,8 @@ int runDump(const Arguments& arguments) {
     host.setDataFile(&file);
     KeywordStore keywords;
     HeadlessDialogs dialogs(keywords, &file);
-    HostServices services = host.services();
-    services.Dialogs = &dialogs;
-    ModuleLoader loader(services);
+    host.setDialogs(&dialogs);
+    ModuleLoader loader(host.services());
     loader.load(ModuleLoader::defaultModulePath());
     auto& analysis = dynamic_cast<CDrillDown&>(loader.openAnalysis());
     const HWND panel = dialogs.model().createDialog(4813);

@@ -31,6 +31,9 @@ bool isNameStart(char c) {
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
+bool isSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
 bool isNameChar(char c) {
     return isNameStart(c) || isDigit(c) || c == '.';
 }
@@ -77,13 +80,13 @@ private:
     void conjunct(int depth) { chain(depth, "and", Op::JumpIfFalse, &SelectionCompiler::factor); }
 
     void chain(int depth, std::string_view keyword, Op shortCut,
-               void (SelectionCompiler::*operand)(int)) {
-        (this->*operand)(depth);
+               void (SelectionCompiler::*part)(int)) {
+        (this->*part)(depth);
         std::vector<std::size_t> jumps;
         while (isKeyword(keyword)) {
             advance();
             jumps.push_back(emit(instruction(shortCut)));
-            (this->*operand)(depth);
+            (this->*part)(depth);
         }
         for (const std::size_t jump : jumps)
             m_program[jump].target = m_program.size();
@@ -199,7 +202,7 @@ private:
 
     bool peekIsLeftParen() const {
         std::size_t at = m_pos;
-        while (at < m_text.size() && (m_text[at] == ' ' || m_text[at] == '\t'))
+        while (at < m_text.size() && isSpace(m_text[at]))
             ++at;
         return at < m_text.size() && m_text[at] == '(';
     }
@@ -217,8 +220,7 @@ private:
     }
 
     void advance() {
-        while (m_pos < m_text.size() && (m_text[m_pos] == ' ' || m_text[m_pos] == '\t' ||
-                                         m_text[m_pos] == '\r' || m_text[m_pos] == '\n'))
+        while (m_pos < m_text.size() && isSpace(m_text[m_pos]))
             ++m_pos;
         m_token = Token{TokenKind::End, {}, m_pos};
         if (m_pos == m_text.size())

@@ -148,8 +148,11 @@ bool KeywordStore::save() {
     // each other's temporary file.
     std::filesystem::path temporary = m_path;
     temporary += ".tmp" + std::to_string(::getpid());
+    // A keyword that is not UTF-8 is written with replacement characters rather than thrown at.
+    const std::string text =
+        m_document.dump(4, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
     if (!error)
-        error = writeDurably(temporary, m_document.dump(4) + '\n');
+        error = writeDurably(temporary, text);
     if (!error)
         std::filesystem::rename(temporary, m_path, error);
     if (!error)
