@@ -100,49 +100,48 @@ void Drill::InsertInterval(double lower, double upper, double count, std::string
     Categories.emplace(1, count, upper, std::move(name), lower);
 }
 
-// A variable with a single value gets one interval (Min - 1, Max].
-void Drill::InsertSingleValueInterval() {
-    InsertInterval(Min - 1.0, Max, 0, TrimLimit("x=" + RawLimitText(Max)));
-}
-
-int Drill::BuildExactIntervals() {
+// The common start of the exact and the neat builder: an empty set, nothing more for a
+// variable without valid values (result 0), and one interval (Min - 1, Max] for a variable
+// with a single value. Gives -1 when the range still has to be cut.
+int Drill::StartRangeIntervals() {
     ClearCategories();
     if (RealLess(Max, Min))
         return 0;
     if (RealEqual(Min, Max)) {
-        InsertSingleValueInterval();
+        InsertInterval(Min - 1.0, Max, 0, TrimLimit("x=" + RawLimitText(Max)));
         return 1;
     }
-    if (ExactN < 1)
-        return -1;
-    // The centres of the first and the last interval fall on Min and Max.
-    const double width = (Max - Min) / (ExactN - 1);
-    double lower = Min - width * 0.5;
-    const double top = Max + width * 0.5;
+    return -1;
+}
+
+// Intervals lower < x <= upper of `width` from `lower` on, while the upper limit does not
+// pass `top`.
+void Drill::InsertUpperClosedIntervals(double lower, double width, double top) {
     for (double upper = lower + width; RealLessEqual(upper, top); upper += width) {
         InsertInterval(lower, upper, 0, LimitText(lower) + "<x<=" + LimitText(upper));
         lower = upper;
     }
+}
+
+int Drill::BuildExactIntervals() {
+    if (const int started = StartRangeIntervals(); started != -1)
+        return started;
+    if (ExactN < 1)
+        return -1;
+    // The centres of the first and the last interval fall on Min and Max.
+    const double width = (Max - Min) / (ExactN - 1);
+    InsertUpperClosedIntervals(Min - width * 0.5, width, Max + width * 0.5);
     return 1;
 }
 
 int Drill::BuildNeatIntervals() {
-    ClearCategories();
-    if (RealLess(Max, Min))
-        return 0;
-    if (RealEqual(Min, Max)) {
-        InsertSingleValueInterval();
-        return 1;
-    }
+    if (const int started = StartRangeIntervals(); started != -1)
+        return started;
     double lo = Min;
     double hi = Max;
     double width = (Max - Min) / NeatN;
     scling_double_QUA(&lo, &hi, &width, static_cast<short>(N), static_cast<short>(NeatN));
-    double lower = lo;
-    for (double upper = lo + width; RealLessEqual(upper, hi); upper += width) {
-        InsertInterval(lower, upper, 0, LimitText(lower) + "<x<=" + LimitText(upper));
-        lower = upper;
-    }
+    InsertUpperClosedIntervals(lo, width, hi);
     return 1;
 }
 

@@ -41,34 +41,26 @@ void* CDrillDown::GetLibInstance() { return ModuleInstance(); }
 std::string CDrillDown::GetAnalysisName() const { return ModuleString(StrAnalysisName); }
 
 void CDrillDown::InitMembers() {
+    RVCategorical = RVContinuous = Categorical = Continuous = nullptr;
+    Hist3DFirst = Hist3DSecond = AllReviews = nullptr;
+    ResetOptions();
+}
+
+void CDrillDown::ResetOptions() {
     StandAloneResults = 0;
     NeedsRescan = 0;
     BoxMedianQuartiles = 0;
     BoxMeanSeSd = 1;
     BoxMeanSdSd196 = 0;
     BoxMeanSeSe196 = 0;
-    NoRVCategorical = 0;
-    RVCategorical = nullptr;
-    NoRVContinuous = 0;
-    RVContinuous = nullptr;
-    NoCategorical = 0;
-    NoContinuous = 0;
-    Categorical = nullptr;
-    Continuous = nullptr;
-    WM = 0;
-    MD = 0;
-    RVMD = 0;
+    NoRVCategorical = NoRVContinuous = NoCategorical = NoContinuous = 0;
+    WM = MD = RVMD = 0;
     CountMD = 1;
     ValidVar = 0;
     ProgressOpen = 0;
-    CurrentDown = -1;
-    CurrentUp = -1;
+    CurrentDown = CurrentUp = -1;
     Selected = -1;
-    Hist3DFirst = nullptr;
-    Hist3DSecond = nullptr;
-    AllReviews = nullptr;
-    NoHist3DFirst = 0;
-    NoHist3DSecond = 0;
+    NoHist3DFirst = NoHist3DSecond = 0;
 }
 
 bool CDrillDown::AllocateVariableArrays(int nv) {
@@ -115,20 +107,10 @@ void CDrillDown::ReleaseMembers() {
 
 void CDrillDown::ResetMembers() {
     Init();
-    CountMD = 1;
-    BoxMeanSeSd = 1;
-    NoRVCategorical = NoRVContinuous = NoCategorical = NoContinuous = 0;
-    ProgressOpen = 0;
-    WM = MD = RVMD = NeedsRescan = 0;
-    BoxMedianQuartiles = BoxMeanSdSd196 = BoxMeanSeSe196 = 0;
-    ValidVar = 0;
-    CurrentDown = CurrentUp = -1;
-    Selected = -1;
+    ResetOptions();
     for (auto* records : {DrillDowns.get(), DrillUps.get(), Reviews.get()})
         if (records != nullptr)
             records->clear();
-    NoHist3DFirst = NoHist3DSecond = 0;
-    StandAloneResults = 0;
 }
 
 void CDrillDown::RescanIfNeeded() {

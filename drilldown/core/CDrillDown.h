@@ -23,6 +23,7 @@
 #include "Drill.h"
 
 enum class LoopEnd;
+class CasewiseTest;
 class ScanMoments;
 class SubsetTest;
 
@@ -204,6 +205,9 @@ public:
 
 private:
     static short Toggled(short flag) { return flag == 0 ? 1 : 0; }
+    // Gives the options, counts and current indices their start values; the arrays and the
+    // sets are left alone.
+    void ResetOptions();
     // The record of DrillDowns named by CurrentDown, or null.
     const Drill* CurrentRecord() const;
     const Drill* FindRecord(const DrillSet& records, int variable) const;
@@ -216,6 +220,10 @@ private:
     // Stores the counts and moments of a scan's slot into its record.
     void StoreScanResult(Drill& record, const ScanMoments& moments, int slot);
     SubsetTest CompileSubsetTest();
+    // The tests of a case for missing data among the chosen drill-down or review variables,
+    // with their missing codes looked up once.
+    CasewiseTest DrillCasewiseTest();
+    CasewiseTest ReviewCasewiseTest();
     // The records a selection scan fills: DrillDowns in set order, then Reviews.
     std::vector<Drill*> ScanSlots();
     // Walks the cases of the file, handing them to `visit` in blocks (CaseLoop.h).

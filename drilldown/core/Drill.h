@@ -112,7 +112,8 @@ public:
 
 private:
     void InsertInterval(double lower, double upper, double count, std::string name);
-    void InsertSingleValueInterval();
+    int StartRangeIntervals();
+    void InsertUpperClosedIntervals(double lower, double width, double top);
 };
 
 // Write access to an element of a set whose sort key is left alone.

@@ -21,12 +21,16 @@ double CDrillDown::DealWithWeights(unsigned short) {
     return std::floor(w + 0.5);
 }
 
-int CDrillDown::SetMissingData(const double* values) {
-    return CasewiseTest(*this, Categorical, NoCategorical, Continuous, NoContinuous)
-        .AnyMissing(values);
+CasewiseTest CDrillDown::DrillCasewiseTest() {
+    return CasewiseTest(*this, Categorical, NoCategorical, Continuous, NoContinuous);
 }
 
-int CDrillDown::MDReviews(const double* values) {
-    return CasewiseTest(*this, RVCategorical, NoRVCategorical, RVContinuous, NoRVContinuous)
-        .AnyMissing(values);
+CasewiseTest CDrillDown::ReviewCasewiseTest() {
+    return CasewiseTest(*this, RVCategorical, NoRVCategorical, RVContinuous, NoRVContinuous);
 }
+
+int CDrillDown::SetMissingData(const double* values) {
+    return DrillCasewiseTest().AnyMissing(values);
+}
+
+int CDrillDown::MDReviews(const double* values) { return ReviewCasewiseTest().AnyMissing(values); }

@@ -83,10 +83,8 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
         // Review values need no test when incomplete cases are dropped as a whole.
         m.SetMissingTest(slot, code, slot < downs || RVMD != 1);
     }
-    const CasewiseTest incompleteDrill(*this, Categorical, NoCategorical, Continuous,
-                                       NoContinuous);
-    const CasewiseTest incompleteReview(*this, RVCategorical, NoRVCategorical, RVContinuous,
-                                        NoRVContinuous);
+    const CasewiseTest incompleteDrill = DrillCasewiseTest();
+    const CasewiseTest incompleteReview = ReviewCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
     double* x = m.Values();
     uint8_t inside[CaseBlock::Capacity];
@@ -153,10 +151,8 @@ int CDrillDown::ReadBeforeDrill(unsigned short) {
     std::vector<double> codes(all);
     for (int slot = 0; slot < all; ++slot)
         getmd5(slots[slot]->Variable, &codes[slot]);
-    const CasewiseTest incompleteDrill(*this, Categorical, NoCategorical, Continuous,
-                                       NoContinuous);
-    const CasewiseTest incompleteReview(*this, RVCategorical, NoRVCategorical, RVContinuous,
-                                        NoRVContinuous);
+    const CasewiseTest incompleteDrill = DrillCasewiseTest();
+    const CasewiseTest incompleteReview = ReviewCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
     uint8_t inside[CaseBlock::Capacity];
 
@@ -202,7 +198,7 @@ int CDrillDown::FillNeatIntervals() {
     std::vector<double> codes(NoContinuous);
     for (int j = 0; j < NoContinuous; ++j)
         getmd5(Continuous[j], &codes[j]);
-    const CasewiseTest incomplete(*this, Categorical, NoCategorical, Continuous, NoContinuous);
+    const CasewiseTest incomplete = DrillCasewiseTest();
     const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
         for (int i = 0; i < block.count; ++i) {
             const double* values = block.Row(i);
@@ -221,7 +217,7 @@ int CDrillDown::FillNeatIntervals() {
 }
 
 int CDrillDown::FillContinuousIntervals() {
-    const CasewiseTest incomplete(*this, Categorical, NoCategorical, Continuous, NoContinuous);
+    const CasewiseTest incomplete = DrillCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
     uint8_t inside[CaseBlock::Capacity];
     const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
