@@ -20,6 +20,7 @@
 
 #include "HostBlocks.h"
 #include "HostDialogs.h"
+#include "HostNewFile.h"
 
 // Memory for everything that crosses to the host.
 class HostMemory {
@@ -117,4 +118,5 @@ struct HostServices {
     HostData* Data = nullptr;
     HostText* Text = nullptr;
     HostDialogs* Dialogs = nullptr;
+    HostNewFile* NewFile = nullptr;
 };
