@@ -21,6 +21,7 @@
 #include "HostBlocks.h"
 #include "HostDialogs.h"
 #include "HostNewFile.h"
+#include "HostOutput.h"
 
 // Memory for everything that crosses to the host.
 class HostMemory {
@@ -119,4 +120,5 @@ struct HostServices {
     HostText* Text = nullptr;
     HostDialogs* Dialogs = nullptr;
     HostNewFile* NewFile = nullptr;
+    HostOutput* Output = nullptr;
 };
