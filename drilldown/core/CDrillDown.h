@@ -161,6 +161,25 @@ public:
     // 1 when the case lies outside the current subset, 0 when inside.
     int HasBeenDrilled(const double* values);
 
+    // Results: tables handed to the host. Each opens with the rescan rule, gives 1 when done
+    // and 0 when it refused or memory ran out.
+    short DDNSummary(HWND window);
+    short DDNDescriptive(HWND window);
+    short RVSummary(HWND window);
+    short DDNFrequency(HWND window);
+    short RVFrequency(HWND window);
+    // Whether the categories of a categorical variable have long text labels.
+    short LongDescription(short variable, short type);
+    short LongDescriptionReviews(short variable, short type);
+    // The number of cases and one line per drill step, newest first, as a token.
+    std::string DrillString();
+    // The same, naming the variables by their expanded names.
+    std::string ScatterDrillString();
+
+    // The current subset as a new data file (1 when finished), or as a table of all variables.
+    short DDNSaveData(HWND window);
+    short DDNDatasheet(HWND window);
+
     // Progress display, guarded so that it is never closed twice nor left open.
     void tdstar(int total, const char* text);
     void ddstop();
@@ -214,8 +233,15 @@ private:
     int NameValueCategories(DrillSet& records, short variable);
     int AddValueTo(DrillSet& records, short variable, double value, short type, double weight);
     std::vector<std::string> DrillUpTexts() const;
+    int SelectedCount() const;
+    std::string DescribeSteps(bool expandedNames);
+    bool HasLongLabel(int variable, double value);
+    short AnyLongLabel(DrillSet& records, short variable, short type);
+    short DescriptiveTable(const std::vector<const Drill*>& rows, bool trimNames);
+    short FrequencyTables(DrillSet& records, bool reviews);
     std::string DisplayName(short variable, char* buffer);
     struct VariableSide;
+    struct SaveStorage;
     LoopEnd ReadVariables(const VariableSide& side);
     // Stores the counts and moments of a scan's slot into its record.
     void StoreScanResult(Drill& record, const ScanMoments& moments, int slot);

@@ -104,6 +104,45 @@ int CAnalysisSupport::PutInitKeyword(int section, const char* keyword, int* firs
     return Host().Dialogs->PutInitKeyword(section, keyword, first, second);
 }
 
+short CAnalysisSupport::SubsetAndAddEx(unsigned short mode, const char* name, short nVars,
+                                       short reserved, const short* vars, int nCases,
+                                       const char* shortNames, const char* longNames,
+                                       short longNameWidth, const char* header, short caseNameLen,
+                                       int* position) {
+    return SubsetAndAddEx(mode, name, nVars, reserved, vars, nCases, shortNames, longNames,
+                          longNameWidth, header, caseNameLen, position, nullptr, nullptr, 0);
+}
+short CAnalysisSupport::SubsetAndAddEx(unsigned short mode, const char* name, short nVars,
+                                       short reserved, const short* vars, int nCases,
+                                       const char* shortNames, const char* longNames,
+                                       short longNameWidth, const char* header, short caseNameLen,
+                                       int* position, const int* catPositions,
+                                       const int* catVars, int nCat) {
+    return Host().NewFile->SubsetAndAddEx(mode, name, nVars, reserved, vars, nCases, shortNames,
+                                          longNames, longNameWidth, header, caseNameLen, position,
+                                          catPositions, catVars, nCat);
+}
+short CAnalysisSupport::PutDataF(short handle, const char* data, int position, int length) {
+    return Host().NewFile->PutDataF(handle, data, position, length);
+}
+int CAnalysisSupport::MatClo(short handle) { return Host().NewFile->MatClo(handle); }
+void CAnalysisSupport::AbortOutput(short handle) { Host().NewFile->AbortOutput(handle); }
+
+short CAnalysisSupport::looka4(void* values, char* texts, const char* colFormat,
+                               const char* colHeads, const char* colHeads2, const char* rowNames,
+                               const char* titles, int rows, int cols, int rowsAgain,
+                               int colsAgain, int headerBytes, int decimals, int rowNameField,
+                               int cellField, int titleWidth, int titleLines, int reserved1,
+                               int rowNameWidth, int headingWidth, int cellWidth, int tableFlags,
+                               int reserved2, void* reserved3, void* reserved4, void* cellMarks,
+                               short* reserved5, short* one1, short* one2) {
+    return Host().Output->looka4(values, texts, colFormat, colHeads, colHeads2, rowNames, titles,
+                                 rows, cols, rowsAgain, colsAgain, headerBytes, decimals,
+                                 rowNameField, cellField, titleWidth, titleLines, reserved1,
+                                 rowNameWidth, headingWidth, cellWidth, tableFlags, reserved2,
+                                 reserved3, reserved4, cellMarks, reserved5, one1, one2);
+}
+
 namespace {
 HostServices& ContextHost() { return ModuleContext()->Host; }
 } // namespace

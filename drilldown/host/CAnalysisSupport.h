@@ -141,6 +141,29 @@ public:
     // The host's dialog and control services.
     HostDialogs& Dialogs() const { return *Host().Dialogs; }
 
+    // A new data file (HostNewFile.h); the short form has no categorical variables.
+    short SubsetAndAddEx(unsigned short mode, const char* name, short nVars, short reserved,
+                         const short* vars, int nCases, const char* shortNames,
+                         const char* longNames, short longNameWidth, const char* header,
+                         short caseNameLen, int* position);
+    short SubsetAndAddEx(unsigned short mode, const char* name, short nVars, short reserved,
+                         const short* vars, int nCases, const char* shortNames,
+                         const char* longNames, short longNameWidth, const char* header,
+                         short caseNameLen, int* position, const int* catPositions,
+                         const int* catVars, int nCat);
+    short PutDataF(short handle, const char* data, int position, int length);
+    int MatClo(short handle);
+    void AbortOutput(short handle);
+
+    // One result table (HostOutput.h).
+    short looka4(void* values, char* texts, const char* colFormat, const char* colHeads,
+                 const char* colHeads2, const char* rowNames, const char* titles, int rows,
+                 int cols, int rowsAgain, int colsAgain, int headerBytes, int decimals,
+                 int rowNameField, int cellField, int titleWidth, int titleLines, int reserved1,
+                 int rowNameWidth, int headingWidth, int cellWidth, int tableFlags,
+                 int reserved2, void* reserved3, void* reserved4, void* cellMarks,
+                 short* reserved5, short* one1, short* one2);
+
 protected:
     void InitCommons(VmkTag* vmk, Vmk88Tag* vmk88, b1_com* b1, Wght_com* wght, _AddMenu* menu);
     CSequenceTable m_sequence;

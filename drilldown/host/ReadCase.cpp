@@ -22,12 +22,18 @@ short ReadCase(CAnalysisSupport& analysis, int* caseNo, double* values) {
         blocks.Wght.WeightOn = hasWeight != 0 ? 1 : 0;
         blocks.Wght.WeightVar = static_cast<uint16_t>(weightVar);
     }
+    PutCaseName(analysis, *caseNo);
+    return result;
+}
+
+void PutCaseName(CAnalysisSupport& analysis, int caseNo) {
+    HostBlocks& blocks = ModuleBlocks();
     const int width = blocks.Vmk88.CaseNameLen;
     if (width == 0)
-        return result;
+        return;
 
     std::string name;
-    analysis.GetCaseName(*caseNo - 1, name);
+    analysis.GetCaseName(caseNo - 1, name);
     if (static_cast<int>(name.size()) > width)
         analysis.Get8CharHash(name);
     b1_com& b1 = blocks.B1;
@@ -38,5 +44,4 @@ short ReadCase(CAnalysisSupport& analysis, int* caseNo, double* values) {
     std::memset(field, ' ', std::min(width, room));
     if (!name.empty() && static_cast<int>(name.size()) + 1 < CaseNameField)
         std::memcpy(field, name.data(), std::min<std::size_t>(name.size(), room));
-    return result;
 }
