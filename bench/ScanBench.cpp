@@ -99,9 +99,13 @@ private:
     HWND m_panel = nullptr;
 };
 
-Workload& workload(int cases) {
+std::map<int, std::unique_ptr<Workload>>& workloads() {
     static std::map<int, std::unique_ptr<Workload>> loads;
-    auto& load = loads[cases];
+    return loads;
+}
+
+Workload& workload(int cases) {
+    auto& load = workloads()[cases];
     if (!load)
         load = std::make_unique<Workload>(cases);
     load->activate();
@@ -219,4 +223,7 @@ int main(int argc, char** argv) {
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
+    // The analyses go while the module's context, which outlives main's statics no longer,
+    // still stands.
+    workloads().clear();
 }

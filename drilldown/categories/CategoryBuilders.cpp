@@ -73,14 +73,13 @@ int Drill::AddValue(double value, int16_t kind, double weight, const std::string
         return 0;
     }
     // The first category in order whose Upper equals the value: those before it are all
-    // RealLess than the value, so a search of the ordered set finds the same one a walk
-    // from the start would, in logarithmic time.
+    // RealLess than the value, so the first one not below it is the one to look at.
     const auto found = Categories.lower_bound(value);
     if (found != Categories.end() && RealEqual(found->Upper, value)) {
         Mutable(*found).Count += weight;
         return 2;
     }
-    Categories.emplace_hint(found, kind, weight, value, name, value);
+    Categories.emplace(kind, weight, value, name, value);
     return 1;
 }
 

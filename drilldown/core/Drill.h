@@ -2,8 +2,8 @@
 // The records of the analysis: one Drill per chosen variable, holding its counts and
 // moments in the current subset, how it is cut into categories, and the categories.
 //
-// Records live in std::set<Drill> ordered by Order, categories in std::set<Categories>
-// ordered by Upper under RealLess. Both sets hand out const elements; the fields that are
+// Records live in std::set<Drill> ordered by Order, categories in an ordered set of their own
+// (CategoryList.h) by Upper under RealLess. Both hand out const elements; the fields that are
 // not sort keys are changed through Mutable(), which is sound because such a change never
 // moves an element, and renumbering Order always keeps the relative order of the records.
 
@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <set>
 #include <string>
+
+#include "CategoryList.h"
 
 #include "../host/RealNumbers.h"
 
@@ -36,11 +38,8 @@ public:
     Categories(int32_t kind, double count, double upper, std::string name, double lower)
         : Kind(kind), Count(count), Upper(upper), Name(std::move(name)), Lower(lower) {}
 
-    // Ordered by Upper under RealLess; also against a bare value, so that a set can be
-    // searched for a value without making a category.
+    // Ordered by Upper under RealLess.
     bool operator<(const Categories& other) const { return RealLess(Upper, other.Upper); }
-    friend bool operator<(const Categories& c, double value) { return RealLess(c.Upper, value); }
-    friend bool operator<(double value, const Categories& c) { return RealLess(value, c.Upper); }
 
     int32_t Kind;      // 1 for an interval; for a distinct value the variable's Type
     double Count;      // weighted number of cases of the current subset in the category
@@ -49,8 +48,8 @@ public:
     double Lower;      // the interval's lower limit; for a distinct value the value
 };
 
-// Categories in ascending order of Upper; transparent, so a value can be looked up directly.
-using CategorySet = std::set<Categories, std::less<>>;
+// Categories in ascending order of Upper.
+using CategorySet = OrderedCategories<Categories>;
 
 class Drill {
 public:

@@ -30,9 +30,9 @@ template <typename T> [[gnu::always_inline]] inline auto RealEqualLanes(T a, T b
 }
 
 inline bool RealEqual(double a, double b) { return RealEqualLanes(a, b); }
-inline bool RealLess(double a, double b) { return a < b && !RealEqual(a, b); }
-inline bool RealGreater(double a, double b) { return a > b && !RealEqual(a, b); }
-inline bool RealLessEqual(double a, double b) { return a < b || RealEqual(a, b); }
-inline bool RealGreaterEqual(double a, double b) { return a > b || RealEqual(a, b); }
+inline bool RealLess(double a, double b) { return (a < b) & !RealEqual(a, b); }
+inline bool RealGreater(double a, double b) { return (a > b) & !RealEqual(a, b); }
+inline bool RealLessEqual(double a, double b) { return (a < b) | RealEqual(a, b); }
+inline bool RealGreaterEqual(double a, double b) { return (a > b) | RealEqual(a, b); }
 // A usable number: finite, neither infinite nor NaN.
 inline bool RealIsValid(const double* x) { return std::isfinite(*x); }

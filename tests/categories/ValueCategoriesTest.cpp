@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "drilldown/core/Drill.h"
 
 namespace {
@@ -48,6 +50,39 @@ TEST(ValueCategories, ResetCountsKeepsTheEntries) {
     for (const Categories& c : d.Categories)
         EXPECT_EQ(c.Count, 0.0);
     EXPECT_EQ(d.Isset, 0);
+}
+
+} // namespace
+
+namespace {
+
+// The search for a value's category gives the first category whose Upper is not below it,
+// whether the value equals an Upper exactly, within the tolerance, or not at all.
+TEST(ValueCategories, SearchFindsTheFirstCategoryNotBelowTheValue) {
+    CategorySet set;
+    for (double upper : {5.0, -1.0, 2.0, 1e9})
+        set.emplace(0, 0.0, upper, "", upper);
+    struct Case {
+        double value;
+        int position;  // 4: behind the last
+    };
+    const Case cases[] = {
+        {-5, 0},                // below all
+        {-1, 0},                // exactly the first
+        {2, 1},                 // exactly a middle one
+        {2 * (1 - 1e-14), 1},   // tolerantly equal, a little below
+        {2 * (1 + 1e-14), 1},   // tolerantly equal, a little above
+        {3, 2},                 // between two
+        {1e9, 3},               // exactly the last
+        {2e9, 4},               // above all
+        {std::nan(""), 0},      // no number is below nothing
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(std::distance(set.begin(), set.lower_bound(c.value)), c.position) << c.value;
+    std::vector<double> uppers;
+    for (const Categories& category : set)
+        uppers.push_back(category.Upper);
+    EXPECT_EQ(uppers, (std::vector<double>{-1, 2, 5, 1e9}));
 }
 
 } // namespace
