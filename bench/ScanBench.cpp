@@ -15,6 +15,7 @@
 
 #include "drilldown/core/CDrillDown.h"
 #include "workbench/data/DataFileLoader.h"
+#include "workbench/host/DialogTemplates.h"
 #include "workbench/host/HeadlessDialogs.h"
 #include "workbench/host/HeadlessHost.h"
 #include "workbench/host/KeywordStore.h"
@@ -67,7 +68,7 @@ public:
         activate();
         m_analysis = std::make_unique<CDrillDown>();
         m_analysis->Init();
-        m_panel = m_dialogs.model().createDialog(4813);
+        m_panel = wb::createDialogFromTemplate(m_dialogs.model(), 4813);
         std::vector<short> categorical, continuous;
         for (short v = 1; v <= Categorical; ++v)
             categorical.push_back(v);

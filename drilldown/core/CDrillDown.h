@@ -254,6 +254,8 @@ private:
     std::vector<Drill*> ScanSlots();
     // Walks the cases of the file, handing them to `visit` in blocks (CaseLoop.h).
     template <typename VisitBlock> LoopEnd RunCaseLoop(VisitBlock&& visit);
+    // Walks the cases the subset keeps, each with its weight (SubsetTest.h).
+    template <typename Visit> LoopEnd RunSubsetLoop(const SubsetTest& subset, Visit&& visit);
     // Allocates the seven per-variable arrays; false when memory ran out.
     bool AllocateVariableArrays(int nv);
 };

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int ListDrillDowns = 9053;
 constexpr int ListDrillUps = 9054;
-constexpr int ButtonOrder = 9103;
+constexpr int ButtonBrushing = 9103;
 constexpr int OrderListUnplaced = 9089;
 constexpr int OrderListPlaced = 9090;
 constexpr int OrderButtonRight = 9091;
@@ -163,7 +163,7 @@ int CDrillDown::RefreshListBoxes(HWND window) {
         return 0;
     HostDialogs& dialogs = Dialogs();
     downs.Show(dialogs, window, ListDrillDowns);
-    dialogs.EnableWindow(dialogs.GetDlgItem(window, ButtonOrder), downs.Empty() ? 0 : 1);
+    dialogs.EnableWindow(dialogs.GetDlgItem(window, ButtonBrushing), downs.Empty() ? 0 : 1);
     ups.Show(dialogs, window, ListDrillUps);
     return 1;
 }

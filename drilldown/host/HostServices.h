@@ -18,6 +18,7 @@
 
 #include <string>
 
+#include "HostAutomation.h"
 #include "HostBlocks.h"
 #include "HostDialogs.h"
 #include "HostNewFile.h"
@@ -121,4 +122,5 @@ struct HostServices {
     HostDialogs* Dialogs = nullptr;
     HostNewFile* NewFile = nullptr;
     HostOutput* Output = nullptr;
+    HostAutomation* Automation = nullptr;
 };

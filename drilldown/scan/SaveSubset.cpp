@@ -144,11 +144,8 @@ short CDrillDown::DDNDatasheet(HWND) {
     // The cases are gathered first and the table made to their number: after the first scan
     // under casewise deletion ValidVar counts fewer cases than the subset holds.
     std::vector<double> cells;
-    const SubsetTest subset = CompileSubsetTest();
-    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
-        for (int i = 0; i < block.count; ++i)
-            if (!subset.Excludes(block.Row(i)))
-                cells.insert(cells.end(), block.Row(i) + 1, block.Row(i) + 1 + nv);
+    const LoopEnd end = RunSubsetLoop(CompileSubsetTest(), [&](const double* values, double) {
+        cells.insert(cells.end(), values + 1, values + 1 + nv);
     });
     if (end != LoopEnd::Completed)
         return 0;

@@ -87,32 +87,24 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
     const CasewiseTest incompleteReview = ReviewCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
     double* x = m.Values();
-    uint8_t inside[CaseBlock::Capacity];
 
-    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
-        subset.Select(block, inside);
-        for (int i = 0; i < block.count; ++i) {
-            if (inside[i] == 0)
-                continue;
-            const double* values = block.Row(i);
-            const double w = block.weights[i];
-            const bool dropDrill = MD == 1 && incompleteDrill.AnyMissing(values);
-            // A case dropped on the review side leaves no trace there, not even as missing.
-            const bool dropReview = RVMD == 1 && incompleteReview.AnyMissing(values);
-            ++ValidVar;
-            for (int slot = 0; slot < all; ++slot)
-                x[slot] = values[slots[slot]->Variable];
-            if (dropDrill)
-                m.CountMissing(0, downs, w);
-            else
-                m.Update(0, downs, w);
-            if (!dropReview)
-                m.Update(downs, all, w);
-            for (int slot = 0; slot < all; ++slot) {
-                const bool dropped = slot < downs ? dropDrill : dropReview;
-                if (!dropped && m.Valid(slot))
-                    CountValue(*slots[slot], x[slot], w);
-            }
+    const LoopEnd end = RunSubsetLoop(subset, [&](const double* values, double w) {
+        const bool dropDrill = MD == 1 && incompleteDrill.AnyMissing(values);
+        // A case dropped on the review side leaves no trace there, not even as missing.
+        const bool dropReview = RVMD == 1 && incompleteReview.AnyMissing(values);
+        ++ValidVar;
+        for (int slot = 0; slot < all; ++slot)
+            x[slot] = values[slots[slot]->Variable];
+        if (dropDrill)
+            m.CountMissing(0, downs, w);
+        else
+            m.Update(0, downs, w);
+        if (!dropReview)
+            m.Update(downs, all, w);
+        for (int slot = 0; slot < all; ++slot) {
+            const bool dropped = slot < downs ? dropDrill : dropReview;
+            if (!dropped && m.Valid(slot))
+                CountValue(*slots[slot], x[slot], w);
         }
     });
     if (end != LoopEnd::Completed) {
@@ -154,7 +146,6 @@ int CDrillDown::ReadBeforeDrill(unsigned short) {
     const CasewiseTest incompleteDrill = DrillCasewiseTest();
     const CasewiseTest incompleteReview = ReviewCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
-    uint8_t inside[CaseBlock::Capacity];
 
     // Counts the case's valid values of slots [begin, end) into their categories.
     auto countSlots = [&](int begin, int end, const double* values, double w) {
@@ -170,17 +161,11 @@ int CDrillDown::ReadBeforeDrill(unsigned short) {
                 record.AddToInterval(x, w);
         }
     };
-    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
-        subset.Select(block, inside);
-        for (int i = 0; i < block.count; ++i) {
-            if (inside[i] == 0)
-                continue;
-            const double* values = block.Row(i);
-            if (!(MD == 1 && incompleteDrill.AnyMissing(values)))
-                countSlots(0, downs, values, block.weights[i]);
-            if (!(RVMD == 1 && incompleteReview.AnyMissing(values)))
-                countSlots(downs, all, values, block.weights[i]);
-        }
+    const LoopEnd end = RunSubsetLoop(subset, [&](const double* values, double w) {
+        if (!(MD == 1 && incompleteDrill.AnyMissing(values)))
+            countSlots(0, downs, values, w);
+        if (!(RVMD == 1 && incompleteReview.AnyMissing(values)))
+            countSlots(downs, all, values, w);
     });
     if (end != LoopEnd::Completed)
         return 0;
@@ -218,18 +203,12 @@ int CDrillDown::FillNeatIntervals() {
 
 int CDrillDown::FillContinuousIntervals() {
     const CasewiseTest incomplete = DrillCasewiseTest();
-    const SubsetTest subset = CompileSubsetTest();
-    uint8_t inside[CaseBlock::Capacity];
-    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
-        subset.Select(block, inside);
-        for (int i = 0; i < block.count; ++i) {
-            const double* values = block.Row(i);
-            if (inside[i] == 0 || incomplete.AnyMissing(values))
-                continue;
-            for (const Drill& record : *DrillDowns)
-                if (record.Type == 1)
-                    Mutable(record).AddToInterval(values[record.Variable], block.weights[i]);
-        }
+    const LoopEnd end = RunSubsetLoop(CompileSubsetTest(), [&](const double* values, double w) {
+        if (incomplete.AnyMissing(values))
+            return;
+        for (const Drill& record : *DrillDowns)
+            if (record.Type == 1)
+                Mutable(record).AddToInterval(values[record.Variable], w);
     });
     if (end != LoopEnd::Completed)
         return 0;

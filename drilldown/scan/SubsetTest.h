@@ -40,6 +40,18 @@ private:
     std::vector<DrillStepTest> m_steps;
 };
 
+// Walks the cases that the subset keeps, handing each with its weight to `visit`.
+template <typename Visit>
+LoopEnd CDrillDown::RunSubsetLoop(const SubsetTest& subset, Visit&& visit) {
+    uint8_t inside[CaseBlock::Capacity];
+    return RunCaseLoop([&](const CaseBlock& block) {
+        subset.Select(block, inside);
+        for (int i = 0; i < block.count; ++i)
+            if (inside[i] != 0)
+                visit(block.Row(i), block.weights[i]);
+    });
+}
+
 // The test of a case for missing data in any variable of a list (casewise deletion), with
 // the missing codes looked up once.
 class CasewiseTest {

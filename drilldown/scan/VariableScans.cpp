@@ -67,31 +67,23 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side) {
     }
     const CasewiseTest incomplete(*this, side.categorical, side.noCategorical, side.continuous,
                                   side.noContinuous);
-    const SubsetTest subset = CompileSubsetTest();
+    // The first look at drill-down variables has no subset; review variables are read in it.
+    const SubsetTest subset = side.inSubsetOnly ? CompileSubsetTest() : SubsetTest({});
     double* x = m.Values();
-    uint8_t inside[CaseBlock::Capacity];
 
-    const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
-        if (side.inSubsetOnly)
-            subset.Select(block, inside);
-        for (int i = 0; i < block.count; ++i) {
-            if (side.inSubsetOnly && inside[i] == 0)
-                continue;
-            const double* values = block.Row(i);
-            const double w = block.weights[i];
-            if (side.casewise == 1 && incomplete.AnyMissing(values)) {
-                m.CountMissing(0, slots, w);
-                continue;
-            }
-            if (side.countsValidCases)
-                ++ValidVar;
-            for (int slot = 0; slot < slots; ++slot)
-                x[slot] = values[variable[slot]];
-            m.Update(0, slots, w);
-            for (int slot = 0; slot < side.noCategorical; ++slot)
-                if (m.Valid(slot))
-                    record[slot]->AddValue(x[slot], 0, w, std::string());
+    const LoopEnd end = RunSubsetLoop(subset, [&](const double* values, double w) {
+        if (side.casewise == 1 && incomplete.AnyMissing(values)) {
+            m.CountMissing(0, slots, w);
+            return;
         }
+        if (side.countsValidCases)
+            ++ValidVar;
+        for (int slot = 0; slot < slots; ++slot)
+            x[slot] = values[variable[slot]];
+        m.Update(0, slots, w);
+        for (int slot = 0; slot < side.noCategorical; ++slot)
+            if (m.Valid(slot))
+                record[slot]->AddValue(x[slot], 0, w, std::string());
     });
     if (end != LoopEnd::Completed)
         return end;

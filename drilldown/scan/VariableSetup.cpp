@@ -13,7 +13,7 @@ namespace {
 
 constexpr int ListDrillDowns = 9053;
 constexpr int ListDrillUps = 9054;
-constexpr int ButtonOrder = 9103;
+constexpr int ButtonBrushing = 9103;
 constexpr int VariableNameBytes = 9;
 
 bool Contains(const short* list, int count, int variable) {
@@ -81,7 +81,7 @@ int CDrillDown::SetDDNVariable(HWND window, unsigned short mode, int min1, int m
     HostDialogs& dialogs = Dialogs();
     const HWND downs = dialogs.GetDlgItem(window, ListDrillDowns);
     dialogs.EnableWindow(downs, 1);
-    dialogs.EnableWindow(dialogs.GetDlgItem(window, ButtonOrder), 1);
+    dialogs.EnableWindow(dialogs.GetDlgItem(window, ButtonBrushing), 1);
     dialogs.InitStaticListBox(downs, texts.get());
     const HWND ups = dialogs.GetDlgItem(window, ListDrillUps);
     dialogs.EnableWindow(ups, 0);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/AnalysisFixture.h"
+#include "workbench/host/DialogTemplates.h"
 
 namespace {
 
@@ -129,15 +130,16 @@ TEST_F(DrillOperations, Reordering) {
 }
 
 TEST_F(DrillOperations, OrderDialogLists) {
+    const HWND order = wb::createDialogFromTemplate(dialogs.model(), 4819);
     const int entries[] = {-1, 1, -1, 0};
-    ASSERT_EQ(analysis->LeftAndRight(panel, entries, 4), 1);
-    EXPECT_EQ(rows(9089), (std::vector<std::string>{"A", "C"}));
-    EXPECT_EQ(rows(9090), (std::vector<std::string>{"D", "B"}));
-    EXPECT_TRUE(dialogs.model().isEnabled(panel, 9091));
+    ASSERT_EQ(analysis->LeftAndRight(order, entries, 4), 1);
+    EXPECT_EQ(dialogs.model().rows(order, 9089), (std::vector<std::string>{"A", "C"}));
+    EXPECT_EQ(dialogs.model().rows(order, 9090), (std::vector<std::string>{"D", "B"}));
+    EXPECT_TRUE(dialogs.model().isEnabled(order, 9091));
     const int none[] = {-1, -1, -1, -1};
-    ASSERT_EQ(analysis->LeftAndRight(panel, none, 4), 1);
-    EXPECT_FALSE(dialogs.model().isEnabled(panel, 9090));
-    EXPECT_FALSE(dialogs.model().isEnabled(panel, 9092));
+    ASSERT_EQ(analysis->LeftAndRight(order, none, 4), 1);
+    EXPECT_FALSE(dialogs.model().isEnabled(order, 9090));
+    EXPECT_FALSE(dialogs.model().isEnabled(order, 9092));
 }
 
 TEST_F(DrillOperations, ListsStayAsTheyWereWhenMemoryRunsOut) {

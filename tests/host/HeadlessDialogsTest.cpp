@@ -62,7 +62,6 @@ const struct {
     const char* comment;
 } ToggleRows[] = {
     {0, 0, 1, false, "off: it was on"},
-    {0, 1, 0, false, "off again: it was off"},
     {1, 1, 0, true, "on: it was off"},
     {5, 0, 1, true, "any non-zero is on: it was on"},
 };
@@ -96,12 +95,10 @@ const struct {
 } SelectionRows[] = {
     {3, -1, LB_GETCURSEL, 0, LB_ERR, -1, "no selection"},
     {3, 2, LB_GETCURSEL, 0, 2, 2, "the selected row"},
-    {3, 0, LB_SETCURSEL, 2, 2, 2, "select the last row"},
     {3, 1, LB_SETCURSEL, 3, LB_ERR, 1, "past the end: LB_ERR, selection kept"},
     {3, 1, LB_SETCURSEL, MinusOne, LB_ERR, -1, "-1 clears, and gives LB_ERR"},
     {3, 1, LB_SETCURSEL, 0xFFFFFFFFul, LB_ERR, -1, "-1 as a 32-bit word clears too"},
     {3, 1, LB_SETCURSEL, MinusOne - 1, LB_ERR, 1, "-2 is out of range"},
-    {0, -1, LB_SETCURSEL, 0, LB_ERR, -1, "an empty list has no row 0"},
     {3, 1, 0x0180, 0, 0, 1, "other messages give 0"},
 };
 
@@ -136,15 +133,10 @@ const struct {
 } TruncationRows[] = {
     {"abc", 4, "abc", "fits with its terminator"},
     {"abc", 3, "ab", "one byte short"},
-    {"abc", 1, "", "room for the terminator only"},
     {"aé", 3, "a", "é (2 bytes) is not cut"},
-    {"aé", 4, "aé", "é fits"},
     {"a€", 3, "a", "€ (3 bytes): one of three would fit"},
-    {"a€", 4, "a", "€: two of three would fit"},
     {"\xF0\x9F\x98\x80z", 4, "", "a 4-byte character, three would fit"},
-    {"\xF0\x9F\x98\x80z", 5, "\xF0\x9F\x98\x80", "the 4-byte character fits"},
     {"\x80\x80\x80\x80", 3, "\x80\x80", "stray continuation bytes count one by one"},
-    {"\xC3\xA9\xA9x", 4, "\xC3\xA9\xA9", "a stray byte behind a whole character"},
 };
 
 TEST_F(HeadlessDialogsTest, GetTextNeverCutsACharacter) {
@@ -174,8 +166,6 @@ const struct {
     {"32768", false, 7, "above 16 bits"},
     {"99999999999", false, 7, "beyond int as well"},
     {"", false, 7, "empty"},
-    {"+-5", false, 7, "two signs"},
-    {"1.0", false, 7, "not a whole number's text"},
     {"12a", false, 7, "trailing letters"},
 };
 
@@ -200,11 +190,9 @@ const struct {
     const char* comment;
 } DoubleTextRows[] = {
     {1.0, 2, "1", "no trailing zeros, no trailing point"},
-    {100, 2, "100", "zeros of the whole part stay"},
     {1e14, 2, "100000000000000", "no room for decimals: the zeros are digits"},
     {-2.0 / 3, 2, "-0.67", "digits caps the decimals"},
     {1.0 / 3, 0, "0.333333333333333", "no cap: 15 significant digits"},
-    {0.1 + 0.2, 0, "0.3", "binary noise beyond 15 digits is not shown"},
     {123456789012.345678, 6, "123456789012.346", "15 significant digits cap the decimals"},
     {1e20, 3, "1e+20", "large: exponent form"},
     {0.00001, 0, "1e-05", "small: exponent form"},
@@ -226,7 +214,7 @@ TEST_F(HeadlessDialogsTest, RealsAreShownShort) {
     }
 }
 
-// Text in the control, and the number read from it; `ok` false leaves the target at 7.
+// As IntegerRows, for reals.
 const struct {
     const char* text;
     bool ok;
@@ -237,12 +225,9 @@ const struct {
     {"-1e-3", true, -0.001, "exponent"},
     {"+.5", true, 0.5, "plus sign, no whole part"},
     {"1,234.5", false, 7, "a thousands separator is not guessed"},
-    {"1,2,3", false, 7, "two commas"},
     {"--", false, 7, "what a value that is not finite shows"},
-    {"inf", false, 7, "infinity"},
     {"1e999", false, 7, "overflows"},
     {"0x10", false, 7, "hexadecimal"},
-    {"   ", false, 7, "blanks only"},
 };
 
 TEST_F(HeadlessDialogsTest, RealsAreRead) {
@@ -262,8 +247,7 @@ TEST_F(HeadlessDialogsTest, WriteVarListToCaption) {
         const char* caption;
     } rows[] = {
         {{1, 3, 4}, 3, "AGE RÉGION REVENU_ANNUEL"}, // names longer than 8 bytes whole
-        {{2, 1, 4}, 2, "REVENU AGE"},               // only `count` of them
-        {{1, 9, 0, 2}, 4, "AGE REVENU"},            // numbers of no variable left out
+        {{1, 9, 0, 2, 4}, 4, "AGE REVENU"},         // only `count`; no variable's number left out
         {{1}, 0, ""},                               // count 0 empties the caption
     };
     for (const auto& row : rows) {
@@ -354,12 +338,10 @@ TEST_F(HeadlessDialogsTest, VariableDialogRejectsImpossiblePresets) {
 }
 
 TEST_F(HeadlessDialogsTest, Keywords) {
-    int first = 0;
-    int second = 9;
+    int first = 0, second = 9;
     EXPECT_EQ(dialogs.GetInitKeyword(0, "StandAloneResults", &first, &second), 0);
     EXPECT_EQ(second, 9); // not found: untouched
-    second = 1;
-    // The in-memory store keeps the value but cannot save it.
+    second = 1;           // the in-memory store keeps the value but cannot save it
     EXPECT_EQ(dialogs.PutInitKeyword(0, "StandAloneResults", &first, &second), 0);
     second = 9;
     EXPECT_EQ(dialogs.GetInitKeyword(0, "StandAloneResults", &first, &second), 1);

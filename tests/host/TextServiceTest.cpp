@@ -29,11 +29,9 @@ TEST(Tokens, ShortTextStaysAndLongTextRoundTrips) {
     HeadlessText text(table);
     const std::vector<std::string> originals = {
         "",                             // empty
-        "AGE",                          // short
         "12345678",                     // exactly 8 bytes
         "123456789",                    // one byte too many
         "Température moyenne de l'été", // UTF-8, kept whole
-        "日本語のとても長いラベル",     // three-byte characters
         "<b>Revenu</b> annuel",         // marks are kept in the table
     };
     for (const std::string& original : originals) {
@@ -67,25 +65,22 @@ TEST(Tokens, DataAndTextServicesShareTheProcessTable) {
     EXPECT_EQ(TokenTable::shared().tokenFor("une étiquette partagée entre services"), viaText);
 }
 
-struct ExpandRow {
-    std::string input;
-    std::string expected;
-    const char* comment;
-};
-
 TEST(Tokens, ExpandReplacesOnlyAWholeRegisteredToken) {
     TokenTable table;
     HeadlessText text(table);
     const std::string token = table.tokenFor("Chiffre d'affaires");
-    const ExpandRow rows[] = {
+    const struct {
+        std::string input;
+        std::string expected;
+        const char* comment;
+    } rows[] = {
         {token, "Chiffre d'affaires", "the token alone"},
         {"  " + token + " ", "Chiffre d'affaires", "blanks around it"},
         {"~ZZZZZZ~", "~ZZZZZZ~", "token form but never registered"},
         {"~000000~", "~000000~", "number 0 is no token"},
         {"x" + token, "x" + token, "more than the token"},
-        {"SALES", "SALES", "plain short text"},
     };
-    for (const ExpandRow& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.comment);
         std::string value = row.input;
         text.ExpandPossible8CharHash(value);
@@ -105,9 +100,7 @@ TEST(Tokens, ReplaceInsideTextGrowsOrKeepsTheWidth) {
         const char* comment;
     } rows[] = {
         {"V=" + a + " (x)", true, "V=Région administrative (x)", "one token inside text"},
-        {a + b, true, "Région administrativeaÉÉÉÉÉ long", "two tokens side by side"},
-        {"~" + a, true, "~Région administrative", "a stray tilde before a token"},
-        {"a~b~c", true, "a~b~c", "tildes that form no token"},
+        {"~" + a + b, true, "~Région administrativeaÉÉÉÉÉ long", "stray tilde, two tokens"},
         {"~ZZZZZZ~" + a, true, "~ZZZZZZ~Région administrative", "unknown token left alone"},
         {"[" + a + "]", false, "[Région ]", "fixed width: first 8 bytes, 'é' is two"},
         {"[" + b + "]", false, "[aÉÉÉ ]", "fixed width: no character cut in two"},
@@ -146,13 +139,11 @@ TEST(StripFormatting, RemovesExactlyTheHostsMarks) {
     } rows[] = {
         {"<b>Âge</b>", "Âge", "bold"},
         {"x<SUP>2</SUP> + H<sub>2</sub>O", "x2 + H2O", "super- and subscript, any case"},
-        {"<I><u>a</U></i>", "a", "nested"},
+        {"<I><u>a</U></i>", "a", "italic and underline, nested"},
         {"a < b > c", "a < b > c", "comparison signs stay"},
         {"<br>x<bold>", "<br>x<bold>", "other tags stay"},
         {"<b", "<b", "an unclosed mark stays"},
-        {"</>", "</>", "empty tag stays"},
         {"<<b>>", "<>", "a mark inside angle brackets"},
-        {"", "", "empty"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comment);

@@ -2,17 +2,19 @@
 
 #include <algorithm>
 
+#include "workbench/host/DialogTemplates.h"
+
 namespace test {
 
-wb::DataFile makeFile(const std::vector<VariableSpec>& variables,
+wb::DataFile makeFile(const std::vector<VariableInfo>& variables,
                       const std::vector<std::vector<double>>& cases) {
     wb::DataFile file;
-    for (const VariableSpec& spec : variables) {
+    for (const VariableInfo& info : variables) {
         wb::Variable v;
-        v.name = spec.name;
-        v.missingCode = spec.missingCode;
-        v.labels = spec.labels;
-        v.format = spec.format;
+        v.name = info.name;
+        v.missingCode = info.missingCode;
+        v.labels = info.labels;
+        v.format = info.format;
         file.addVariable(std::move(v));
     }
     for (const std::vector<double>& row : cases)
@@ -23,8 +25,9 @@ wb::DataFile makeFile(const std::vector<VariableSpec>& variables,
 AnalysisFixture::AnalysisFixture() : keywords(std::filesystem::path(), nullptr) {
     host.messages().setEcho(nullptr);
     host.setDialogs(&dialogs);
+    host.setOutput(&output);
     ModuleContext()->Host = host.services();
-    panel = dialogs.model().createDialog(4813);
+    panel = wb::createDialogFromTemplate(dialogs.model(), 4813);
 }
 
 AnalysisFixture::~AnalysisFixture() {
@@ -40,6 +43,7 @@ void AnalysisFixture::open(wb::DataFile newFile) {
     dialogs.setDataFile(&file);
     analysis = std::make_unique<CDrillDown>();
     ASSERT_EQ(analysis->SequenceTable().RunSequence(100), 1);
+    output.setFileBlock(host.data().fileBlock());
 }
 
 int AnalysisFixture::chooseDrillVariables(std::vector<short> categorical,

@@ -11,12 +11,13 @@
 #include "workbench/data/DataFile.h"
 #include "workbench/host/HeadlessDialogs.h"
 #include "workbench/host/HeadlessHost.h"
+#include "workbench/host/HeadlessOutput.h"
 #include "workbench/host/KeywordStore.h"
 
 namespace test {
 
 // A variable for makeFile: name, missing code, text labels.
-struct VariableSpec {
+struct VariableInfo {
     std::string name;
     double missingCode = -999;
     std::map<double, std::string> labels = {};
@@ -24,7 +25,7 @@ struct VariableSpec {
 };
 
 // A data file with those variables and cases (one row of values per case, in variable order).
-wb::DataFile makeFile(const std::vector<VariableSpec>& variables,
+wb::DataFile makeFile(const std::vector<VariableInfo>& variables,
                       const std::vector<std::vector<double>>& cases);
 
 class AnalysisFixture : public ::testing::Test {
@@ -48,6 +49,7 @@ protected:
     wb::HeadlessHost host;
     wb::KeywordStore keywords;
     wb::HeadlessDialogs dialogs{keywords};
+    wb::HeadlessOutput output;  // the tables the module made, in order
     wb::DataFile file;
     std::unique_ptr<CDrillDown> analysis;
     HWND panel = nullptr;

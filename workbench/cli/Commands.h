@@ -29,4 +29,7 @@ int runInfo(const Arguments& arguments);
 //                     [--drill VAR=CATEGORY ...]: the analysis's state after those steps.
 int runDump(const Arguments& arguments);
 
+// drilldown export FILE OUT.csv [--force]: the data file as CSV with its dictionary.
+int runExport(const Arguments& arguments);
+
 } // namespace wb::cli

@@ -7,6 +7,7 @@
 
 #include "workbench/cli/Commands.h"
 #include "workbench/data/DataFileLoader.h"
+#include "workbench/host/DialogTemplates.h"
 #include "workbench/host/HeadlessDialogs.h"
 #include "workbench/host/HeadlessHost.h"
 #include "workbench/host/KeywordStore.h"
@@ -120,7 +121,7 @@ int runDump(const Arguments& arguments) {
     ModuleLoader loader(host.services());
     loader.load(ModuleLoader::defaultModulePath());
     auto& analysis = dynamic_cast<CDrillDown&>(loader.openAnalysis());
-    const HWND panel = dialogs.model().createDialog(4813);
+    const HWND panel = createDialogFromTemplate(dialogs.model(), 4813);
 
     const int nv = file.variableCount();
     dialogs.presetVariableChoice(down.categorical, down.continuous);

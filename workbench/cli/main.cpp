@@ -27,6 +27,10 @@ constexpr std::array Commands{
             "numbers, ranges a-b and names, with | between the categorical and the continuous "
             "variables; CATEGORY is a label or @n, the n-th row of the category dialog",
             runDump},
+    Command{"export", "FILE OUT.csv [--force]",
+            "write a data file (CSV, SPSS, Stata or SAS) as OUT.csv with its dictionary "
+            "OUT.csv.dict.json; --force replaces existing files",
+            runExport},
 };
 
 void printUsage(std::ostream& out) {

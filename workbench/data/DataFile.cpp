@@ -67,13 +67,13 @@ void DataFile::appendCase(const std::vector<double>& values, std::string caseNam
     m_values.push_back(0.0);
     m_values.insert(m_values.end(), values.begin(), values.end());
     // Names are kept only once some case has one; earlier cases then get empty names.
-    if (!caseName.empty() && m_caseNames.empty())
+    // Once kept, there is a name per case and the resize changes nothing.
+    if (!caseName.empty() || !m_caseNames.empty()) {
         m_caseNames.resize(std::size_t(m_caseCount));
+        m_caseNameWidth = std::max(m_caseNameWidth, int(caseName.size()));
+        m_caseNames.push_back(std::move(caseName));
+    }
     ++m_caseCount;
-    if (m_caseNames.empty())
-        return;
-    m_caseNameWidth = std::max(m_caseNameWidth, int(caseName.size()));
-    m_caseNames.push_back(std::move(caseName));
 }
 
 void DataFile::reserveCases(int count) {

@@ -15,13 +15,15 @@
 #include "drilldown/host/RealNumbers.h"
 #include "workbench/data/CsvReader.h"
 #include "workbench/data/Dictionary.h"
+#include "workbench/data/MissingCode.h"
+#include "workbench/data/NativeFile.h"
+#include "workbench/data/ReadStatImport.h"
 #include "workbench/data/TextPosition.h"
 
 namespace wb {
 
 namespace {
 
-constexpr double DefaultMissingCode = -99999999.0;
 // The module counts variables in a 16-bit signed field.
 constexpr int MaxVariables = 32767;
 // Stands for a missing value until the variable's missing code is known; no parsed value
@@ -448,18 +450,12 @@ private:
     // Gives every variable its missing code and writes it into the cells left missing.
     void settleMissingCodes() {
         const int variables = m_file.variableCount();
-        std::vector<double> smallest(std::size_t(variables) + 1,
-                                     std::numeric_limits<double>::infinity());
-        std::vector<char> defaultTaken(std::size_t(variables) + 1, 0);
+        std::vector<MissingCodeChooser> choosers(std::size_t(variables) + 1);
         for (int c = 1; c <= m_file.caseCount(); ++c) {
             const double* row = m_file.row(c);
-            for (int v = 1; v <= variables; ++v) {
-                const double value = row[v];
-                if (std::isnan(value))
-                    continue;
-                smallest[std::size_t(v)] = std::min(smallest[std::size_t(v)], value);
-                defaultTaken[std::size_t(v)] |= RealEqual(value, DefaultMissingCode);
-            }
+            for (int v = 1; v <= variables; ++v)
+                if (!std::isnan(row[v]))
+                    choosers[std::size_t(v)].add(row[v]);
         }
         bool anyMissing = false;
         for (const Column& column : m_columns) {
@@ -470,18 +466,12 @@ private:
                 checkGivenAgainstCodes(column);
                 continue;
             }
-            const std::size_t v = std::size_t(column.var);
-            double missing = DefaultMissingCode;
-            if (defaultTaken[v]) {
-                // Only a value at or below the default takes it, so twice the smallest value
-                // lies below every value of the variable.
-                missing = 2 * smallest[v];
-                if (!std::isfinite(missing))
-                    m_csv.fail(column.headerOffset,
-                               "no missing code is free for variable " + inQuotes(column.name) +
-                                   "; give one as \"missingCode\" in the dictionary");
-            }
-            m_file.variable(column.var).missingCode = missing;
+            const std::optional<double> missing = choosers[std::size_t(column.var)].code();
+            if (!missing)
+                m_csv.fail(column.headerOffset,
+                           "no missing code is free for variable " + inQuotes(column.name) +
+                               "; give one as \"missingCode\" in the dictionary");
+            m_file.variable(column.var).missingCode = *missing;
         }
         if (!anyMissing)
             return;
@@ -534,7 +524,13 @@ DataFile parseDataFile(std::string_view csvText, const std::string& csvName,
 }
 
 DataFile loadDataFile(const std::string& path) {
+    if (isStatisticalFile(path))
+        return importStatisticalFile(path);
     const std::string csv = readWholeFile(path);
+    // A native file is known by its magic number, whatever its name; it has no dictionary
+    // beside it.
+    if (hasNativeMagic(csv))
+        return parseNativeFile(csv, path).data;
     const std::string dictionaryPath = path + ".dict.json";
     std::optional<std::string> dictionary;
     if (std::filesystem::exists(dictionaryPath))

@@ -54,6 +54,9 @@
 namespace wb {
 
 // Loads the CSV file at `path` and, when it exists, the dictionary `path` + ".dict.json".
+// A file that starts with the native magic number is loaded as a native file instead
+// (NativeFile.h), whatever its name.
+// An SPSS, Stata or SAS file, known by its extension, is imported instead (ReadStatImport.h).
 DataFile loadDataFile(const std::string& path);
 
 // Loads from text in memory; `csvName` names the CSV text in messages and with

@@ -153,7 +153,7 @@ int HeadlessData::WriteVarLongName(char* text, int var) {
         return 0;
     const Variable* variable = variableAt(var);
     const std::string_view longName =
-        variable != nullptr ? std::string_view(variable->longName) : std::string_view();
+        variable != nullptr ? std::string_view(variable->longName) : std::string_view("");
     const std::size_t length = utf8PrefixLength(longName, LongNameBuffer - 1);
     std::memcpy(text, longName.data(), length);
     text[length] = '\0';

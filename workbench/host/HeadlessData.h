@@ -28,6 +28,8 @@ public:
     // Null for no file: the blocks then describe an empty file.
     void setDataFile(const DataFile* file);
     const DataFile* dataFile() const { return m_file; }
+    // The file block the module registered, null before it did.
+    const VmkTag* fileBlock() const { return m_vmk; }
     // cstrtw gives 2 for that case, as when the user breaks reading off; 0 clears.
     void breakAtCase(int caseNo) { m_breakCase = caseNo; }
 

@@ -32,12 +32,25 @@ public:
 
     // Pointers to this host's services.
     HostServices services() {
-        return {&m_memory, &m_messages, &m_progress, &m_data, &m_text, m_dialogs};
+        HostServices all{&m_memory, &m_messages, &m_progress, &m_data, &m_text, m_dialogs};
+        all.Output = m_output;
+        all.NewFile = m_newFile;
+        all.Automation = m_automation;
+        return all;
     }
     void setDataFile(const DataFile* file) { m_data.setDataFile(file); }
     // The dialog service is not the headless host's own: whoever drives the panel supplies
     // it and keeps it alive. Null (the default) leaves it out of services().
     void setDialogs(HostDialogs* dialogs) { m_dialogs = dialogs; }
+    // The table output is supplied the same way (a HeadlessOutput, or a window's); null
+    // (the default) leaves it out of services().
+    void setOutput(HostOutput* output) { m_output = output; }
+    // The new-file service too (a HeadlessNewFile over data(), writing into a folder of the
+    // caller's choice); null (the default) leaves it out of services().
+    void setNewFile(HostNewFile* newFile) { m_newFile = newFile; }
+    // The automation runtime too (a HeadlessAutomation); null (the default) leaves it out
+    // of services().
+    void setAutomation(HostAutomation* automation) { m_automation = automation; }
 
     HeadlessMemory& memory() { return m_memory; }
     HeadlessMessages& messages() { return m_messages; }
@@ -52,6 +65,9 @@ private:
     HeadlessData m_data;
     HeadlessText m_text;
     HostDialogs* m_dialogs = nullptr;
+    HostOutput* m_output = nullptr;
+    HostNewFile* m_newFile = nullptr;
+    HostAutomation* m_automation = nullptr;
 };
 
 } // namespace wb

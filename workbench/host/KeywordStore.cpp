@@ -14,8 +14,8 @@ namespace wb {
 
 namespace {
 
-// An absolute directory named by an environment variable, or empty. The base directory
-// specification says a relative value is to be ignored.
+// An absolute directory named by an environment variable, or empty: the XDG base
+// directory rules ignore a relative value.
 std::filesystem::path directoryFromEnvironment(const char* name) {
     const char* value = std::getenv(name);
     if (value == nullptr || *value == '\0')

@@ -72,7 +72,6 @@ struct WeightCase {
 TEST(DataFileTest, CountsMissingAndNegativeWeightsAsZero) {
     const WeightCase cases[] = {
         {"a weight", 2.5, 2.5},
-        {"zero", 0.0, 0.0},
         {"negative", -1.0, 0.0},
         {"missing", Missing, 0.0},
     };

@@ -1,0 +1,408 @@
+#include "workbench/data/NativeFile.h"
+
+#include <bit>
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include <unistd.h>
+
+namespace wb {
+
+namespace {
+
+constexpr std::size_t DoubleBytes = 8;
+
+void putU32(std::string& out, std::uint32_t value) {
+    for (int i = 0; i < 4; ++i)
+        out.push_back(char(value >> (8 * i)));
+}
+
+void putU64(std::string& out, std::uint64_t value) {
+    for (int i = 0; i < 8; ++i)
+        out.push_back(char(value >> (8 * i)));
+}
+
+void putDouble(std::string& out, double value) {
+    putU64(out, std::bit_cast<std::uint64_t>(value));
+}
+
+void putString(std::string& out, std::string_view text) {
+    putU32(out, std::uint32_t(text.size()));
+    out.append(text);
+}
+
+std::uint64_t getLittleEndian(const char* bytes, int count) {
+    std::uint64_t value = 0;
+    for (int i = count - 1; i >= 0; --i)
+        value = (value << 8) | static_cast<unsigned char>(bytes[i]);
+    return value;
+}
+
+double getDouble(const char* bytes) {
+    return std::bit_cast<double>(getLittleEndian(bytes, 8));
+}
+
+// A fixed-width text field without its padding: up to the first NUL, trailing blanks dropped.
+std::string_view unpadded(std::string_view field) {
+    field = field.substr(0, field.find('\0'));
+    const std::size_t end = field.find_last_not_of(' ');
+    return end == std::string_view::npos ? std::string_view() : field.substr(0, end + 1);
+}
+
+std::string counted(std::uint64_t count, const char* thing) {
+    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+std::string numberText(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.17g", value);
+    return text;
+}
+
+// The rules that the reader checks and the encoder keeps, each giving the fault or nothing.
+
+std::string variableCountFault(std::uint64_t count) {
+    if (count == 0)
+        return "the file has no variables";
+    if (count > std::uint64_t(NativeMaxVariables))
+        return counted(count, "variable") + "; at most " + std::to_string(NativeMaxVariables) +
+               " are allowed";
+    return {};
+}
+
+std::string caseNameWidthFault(std::uint64_t width) {
+    if (width > std::uint64_t(NativeMaxCaseNameWidth))
+        return "case names of " + counted(width, "byte") + "; at most " +
+               std::to_string(NativeMaxCaseNameWidth) + " are allowed";
+    return {};
+}
+
+std::string weightFault(std::uint64_t weight, std::uint64_t variables) {
+    if (weight > variables)
+        return "weight variable " + std::to_string(weight) + " does not exist; the file has " +
+               counted(variables, "variable");
+    return {};
+}
+
+std::string missingCodeFault(double code, const std::string& variable) {
+    if (!std::isfinite(code))
+        return "the missing code of variable " + variable + " is not a finite number";
+    return {};
+}
+
+std::string labelValueFault(double value, const std::string& variable) {
+    if (!std::isfinite(value))
+        return "a text label of variable " + variable + " has a value that is not a finite number";
+    return {};
+}
+
+// Reads a native file held in memory, field by field, checking each.
+class Parser {
+public:
+    Parser(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name) {}
+
+    NativeContents parse() {
+        if (!hasNativeMagic(m_bytes))
+            throw DataError(m_name + ": not a drill-down data file (bad magic number)");
+        m_at = NativeMagic.size();
+        const std::uint32_t version = u32("the format version");
+        if (version != NativeVersion)
+            throw DataError(m_name + ": format version " + std::to_string(version) +
+                            " is not supported; this workbench reads version " +
+                            std::to_string(NativeVersion));
+        const std::string header(unpadded(take(NativeHeaderTextBytes, "the header text")));
+
+        const std::size_t countAt = m_at;
+        const std::uint32_t variableCount = u32("the variable count");
+        check(countAt, variableCountFault(variableCount));
+        const std::size_t rowsAt = m_at;
+        const std::uint32_t rows = u32("the row count");
+        if (rows > std::uint32_t(INT_MAX))
+            fail(rowsAt,
+                 counted(rows, "row") + "; at most " + std::to_string(INT_MAX) + " are allowed");
+        const std::size_t widthAt = m_at;
+        const std::uint32_t width = u32("the case-name width");
+        check(widthAt, caseNameWidthFault(width));
+        const std::size_t weightAt = m_at;
+        const std::uint32_t weight = u32("the weight variable");
+        check(weightAt, weightFault(weight, variableCount));
+        const std::size_t offsetAt = m_at;
+        const std::uint64_t dataOffset = u64("the data offset");
+        const std::size_t selectionAt = m_at;
+        const std::string selection = string("the selection condition");
+
+        NativeContents contents;
+        std::vector<Variable> variables(variableCount);
+        contents.categorical.resize(variableCount);
+        for (std::uint32_t i = 0; i < variableCount; ++i) {
+            bool categorical = false;
+            readVariable(i + 1, variables[i], categorical);
+            contents.categorical[i] = categorical;
+        }
+
+        if (dataOffset != m_at)
+            fail(offsetAt, "the data area is said to start at byte " + std::to_string(dataOffset) +
+                               "; the dictionary ends at byte " + std::to_string(m_at));
+        const std::uint64_t rowSize = width + DoubleBytes * variableCount;
+        const std::uint64_t needed = rows * rowSize;
+        const std::uint64_t held = m_bytes.size() - m_at;
+        if (held != needed)
+            fail(m_at, "the data area holds " + counted(held, "byte") + "; " +
+                           counted(rows, "row") + " of " + counted(rowSize, "byte") + " need " +
+                           std::to_string(needed));
+
+        DataFile& file = contents.data;
+        for (Variable& variable : variables)
+            file.addVariable(std::move(variable));
+        file.reserveCases(int(rows));
+        readRows(file, rows, width);
+        file.setHeaderText(header);
+        file.setWeightVariable(int(weight));
+        try {
+            file.setSelection(selection);
+        } catch (const DataError& error) {
+            fail(selectionAt, error.what());
+        }
+        file.setPath(m_name);
+        return contents;
+    }
+
+private:
+    void readVariable(std::uint32_t number, Variable& variable, bool& categorical) {
+        const std::size_t nameAt = m_at;
+        variable.name = string("the short name of variable " + std::to_string(number));
+        if (variable.name.empty())
+            fail(nameAt, "variable " + std::to_string(number) + " has no short name");
+        const std::string& name = variable.name;
+        variable.longName = string("the long name of variable " + name);
+
+        const std::size_t missingAt = m_at;
+        variable.missingCode =
+            getDouble(take(DoubleBytes, "the missing code of variable " + name).data());
+        check(missingAt, missingCodeFault(variable.missingCode, name));
+
+        const std::size_t formatAt = m_at;
+        const std::uint8_t format = u8("the display format of variable " + name);
+        if (format > std::uint8_t(DisplayFormat::Time))
+            fail(formatAt,
+                 "unknown display format " + std::to_string(format) + " of variable " + name);
+        variable.format = static_cast<DisplayFormat>(format);
+
+        const std::size_t flagAt = m_at;
+        const std::uint8_t flag = u8("the categorical flag of variable " + name);
+        if (flag > 1)
+            fail(flagAt, "categorical flag " + std::to_string(flag) + " of variable " + name +
+                             " is neither 0 nor 1");
+        categorical = flag == 1;
+
+        const std::string labelsField = "the text labels of variable " + name;
+        // The count is not trusted for an allocation: a forged one runs into the file's end.
+        const std::uint32_t labels = u32(labelsField);
+        for (std::uint32_t l = 0; l < labels; ++l) {
+            const std::size_t valueAt = m_at;
+            const double value = getDouble(take(DoubleBytes, labelsField).data());
+            check(valueAt, labelValueFault(value, name));
+            std::string text = string(labelsField);
+            if (!variable.labels.emplace(value, std::move(text)).second)
+                fail(valueAt, "variable " + name + " has two text labels for the value " +
+                                  numberText(value));
+        }
+    }
+
+    void readRows(DataFile& file, std::uint32_t rows, std::uint32_t width) {
+        std::vector<double> values(std::size_t(file.variableCount()));
+        const char* at = m_bytes.data() + m_at;
+        for (std::uint32_t r = 0; r < rows; ++r) {
+            std::string caseName(unpadded(std::string_view(at, width)));
+            at += width;
+            for (double& value : values) {
+                value = getDouble(at);
+                at += DoubleBytes;
+            }
+            file.appendCase(values, std::move(caseName));
+        }
+    }
+
+    std::string_view take(std::size_t count, std::string_view what) {
+        if (m_bytes.size() - m_at < count)
+            throw DataError(m_name + ": truncated at byte " + std::to_string(m_bytes.size()) +
+                            " (in " + std::string(what) + ")");
+        const std::string_view field = m_bytes.substr(m_at, count);
+        m_at += count;
+        return field;
+    }
+    std::uint8_t u8(std::string_view what) { return std::uint8_t(take(1, what)[0]); }
+    std::uint32_t u32(std::string_view what) {
+        return std::uint32_t(getLittleEndian(take(4, what).data(), 4));
+    }
+    std::uint64_t u64(std::string_view what) { return getLittleEndian(take(8, what).data(), 8); }
+    std::string string(std::string_view what) {
+        const std::uint32_t length = u32(what);
+        return std::string(take(length, what));
+    }
+
+    void check(std::size_t at, const std::string& fault) const {
+        if (!fault.empty())
+            fail(at, fault);
+    }
+    [[noreturn]] void fail(std::size_t at, const std::string& message) const {
+        throw DataError(m_name + ": byte " + std::to_string(at) + ": " + message);
+    }
+
+    std::string_view m_bytes;
+    const std::string& m_name;
+    std::size_t m_at = 0;
+};
+
+void throwIf(const std::string& fault) {
+    if (!fault.empty())
+        throw DataError(fault);
+}
+
+std::string systemError() {
+    return std::strerror(errno);
+}
+
+} // namespace
+
+bool hasNativeMagic(std::string_view bytes) {
+    return bytes.starts_with(NativeMagic);
+}
+
+std::string encodeNativeDictionary(const NativeDictionary& d) {
+    const std::size_t variables = d.variables.size();
+    if (!d.categorical.empty() && d.categorical.size() != variables)
+        throw std::invalid_argument("encodeNativeDictionary: one categorical flag per variable");
+    if (d.headerText.size() > NativeHeaderTextBytes)
+        throw DataError("header text is " + counted(d.headerText.size(), "byte") +
+                        " long; at most 80 are allowed");
+    throwIf(variableCountFault(variables));
+    if (d.rowCount < 0)
+        throw std::invalid_argument("encodeNativeDictionary: negative row count");
+    if (d.caseNameWidth < 0)
+        throw std::invalid_argument("encodeNativeDictionary: negative case-name width");
+    throwIf(caseNameWidthFault(std::uint64_t(d.caseNameWidth)));
+    if (d.weightVariable < 0)
+        throw std::invalid_argument("encodeNativeDictionary: negative weight variable");
+    throwIf(weightFault(std::uint64_t(d.weightVariable), variables));
+
+    std::string out(NativeMagic);
+    putU32(out, NativeVersion);
+    out += d.headerText;
+    out.append(NativeHeaderTextBytes - d.headerText.size(), ' ');
+    putU32(out, std::uint32_t(variables));
+    putU32(out, std::uint32_t(d.rowCount));
+    putU32(out, std::uint32_t(d.caseNameWidth));
+    putU32(out, std::uint32_t(d.weightVariable));
+    const std::size_t offsetAt = out.size();
+    putU64(out, 0); // the data offset, known at the end
+    putString(out, d.selection);
+    for (std::size_t i = 0; i < variables; ++i) {
+        const Variable& variable = d.variables[i];
+        if (variable.name.empty())
+            throw DataError("variable " + std::to_string(i + 1) + " has no short name");
+        throwIf(missingCodeFault(variable.missingCode, variable.name));
+        putString(out, variable.name);
+        putString(out, variable.longName);
+        putDouble(out, variable.missingCode);
+        out.push_back(char(variable.format));
+        out.push_back(char(!d.categorical.empty() && d.categorical[i] ? 1 : 0));
+        putU32(out, std::uint32_t(variable.labels.size()));
+        for (const auto& [value, text] : variable.labels) {
+            throwIf(labelValueFault(value, variable.name));
+            putDouble(out, value);
+            putString(out, text);
+        }
+    }
+    const std::uint64_t dataOffset = out.size();
+    for (int i = 0; i < 8; ++i)
+        out[offsetAt + std::size_t(i)] = char(dataOffset >> (8 * i));
+    return out;
+}
+
+NativeContents parseNativeFile(std::string_view bytes, const std::string& name) {
+    return Parser(bytes, name).parse();
+}
+
+NativeContents readNativeFile(const std::string& path) {
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr)
+        throw DataError(path + ": cannot open the file: " + systemError());
+    std::string bytes;
+    char buffer[1 << 16];
+    std::size_t count = 0;
+    while ((count = std::fread(buffer, 1, sizeof buffer, file)) > 0)
+        bytes.append(buffer, count);
+    const bool failed = std::ferror(file) != 0;
+    std::fclose(file);
+    if (failed)
+        throw DataError(path + ": cannot read the file");
+    return parseNativeFile(bytes, path);
+}
+
+std::string nativeFileBytes(const DataFile& file, const std::vector<bool>& categorical) {
+    NativeDictionary dictionary;
+    dictionary.headerText = file.headerText();
+    for (int var = 1; var <= file.variableCount(); ++var)
+        dictionary.variables.push_back(file.variable(var));
+    dictionary.categorical = categorical;
+    dictionary.rowCount = file.caseCount();
+    dictionary.caseNameWidth = file.caseNameWidth();
+    dictionary.weightVariable = file.weightVariable();
+    dictionary.selection = file.selectionText();
+    std::string out = encodeNativeDictionary(dictionary);
+
+    const std::size_t width = std::size_t(dictionary.caseNameWidth);
+    out.reserve(out.size() + std::size_t(file.caseCount()) *
+                                 (width + DoubleBytes * dictionary.variables.size()));
+    for (int c = 1; c <= file.caseCount(); ++c) {
+        if (width != 0) {
+            const std::string& name = file.caseName(c);
+            out += name;
+            out.append(width - name.size(), ' ');
+        }
+        const double* row = file.row(c);
+        for (int var = 1; var <= file.variableCount(); ++var)
+            putDouble(out, row[var]);
+    }
+    return out;
+}
+
+void writeNativeFile(const DataFile& file, const std::string& path,
+                     const std::vector<bool>& categorical) {
+    std::string bytes;
+    try {
+        bytes = nativeFileBytes(file, categorical);
+    } catch (const DataError& error) {
+        throw DataError(path + ": " + error.what());
+    }
+    // Beside the target, so that the rename stays on one file system and is atomic.
+    const std::filesystem::path target(path);
+    const std::filesystem::path temporary =
+        target.parent_path() /
+        ("." + target.filename().string() + ".tmp-" + std::to_string(::getpid()));
+    std::FILE* out = std::fopen(temporary.c_str(), "wbx");
+    if (out == nullptr)
+        throw DataError(path + ": cannot write the file: " + systemError());
+    std::string reason;
+    if (std::fwrite(bytes.data(), 1, bytes.size(), out) != bytes.size())
+        reason = systemError();
+    if (std::fclose(out) != 0 && reason.empty())
+        reason = systemError();
+    if (reason.empty()) {
+        std::error_code renameError;
+        std::filesystem::rename(temporary, target, renameError);
+        if (!renameError)
+            return;
+        reason = renameError.message();
+    }
+    std::error_code ignored;
+    std::filesystem::remove(temporary, ignored);
+    throw DataError(path + ": cannot write the file: " + reason);
+}
+
+} // namespace wb

@@ -1,0 +1,19 @@
+#pragma once
+// Where finished documents go: an output folder for the command line, a window later.
+//
+// The output service hands each document over once, as soon as it is made, on the thread
+// that made it. A sink keeps what it needs: the document is not kept alive for it.
+
+#include "workbench/documents/TableDocument.h"
+
+namespace wb {
+
+class DocumentSink {
+public:
+    virtual ~DocumentSink() = default;
+    // Keeps or shows one table; throws std::runtime_error with a message for the user when
+    // it cannot.
+    virtual void addTable(const TableDocument& table) = 0;
+};
+
+} // namespace wb

@@ -1,0 +1,83 @@
+#pragma once
+// The headless host's table output: looka4 turns the module's arrays into a TableDocument,
+// keeps it in the session's list and hands it to a DocumentSink (an OutputFolder for the
+// command line).
+//
+// To use it:
+//   1. make it, give it a sink with setSink (the caller owns the sink; none keeps the
+//      documents in memory only) and the file block that the data service registered with
+//      setFileBlock, for the row heading;
+//   2. before each result command, setCurrentCommand(control id of its button); 0 after;
+//   3. read documents() and, when looka4 gave 0, lastError().
+//
+// Decoding the arrays (cell (row, col) is element rows * col + row of values and texts):
+//   - a column whose format byte is 156 shows, per cell, its text if the text is not
+//     blank and otherwise its number; -8 shows whole numbers; anything else real numbers;
+//   - a number that is not finite (the all-ones pattern of a cell never written) is empty;
+//   - every text is read up to its first NUL, every token in it is expanded, trailing
+//     blanks go, and bytes that are not UTF-8 become U+FFFD (a character cut at the end
+//     of its field is dropped);
+//   - the three title lines are the title, the subtitle and a third line, which when not
+//     empty is added to the subtitle after a line feed;
+//   - the row heading is the RowHeading field of the file block.
+//
+// Failures: arguments that do not describe a table (negative sizes, sizes that disagree
+// with their repetition, a missing array, a width below 1) give 0 and nothing is made. A
+// sink that throws gives 0 too; the document stays in documents() and keeps its number.
+// Either way lastError() tells why, until clearError(). No exception leaves looka4.
+
+#include <string>
+#include <vector>
+
+#include "drilldown/host/HostServices.h"
+#include "workbench/documents/DocumentSink.h"
+#include "workbench/documents/TableDocument.h"
+#include "workbench/host/TokenTable.h"
+
+namespace wb {
+
+class HeadlessOutput : public HostOutput {
+public:
+    explicit HeadlessOutput(TokenTable& tokens = TokenTable::shared()) : m_tokens(tokens) {}
+    HeadlessOutput(const HeadlessOutput&) = delete;
+    HeadlessOutput& operator=(const HeadlessOutput&) = delete;
+
+    // Null: documents are only kept in documents().
+    void setSink(DocumentSink* sink) { m_sink = sink; }
+    // The module's file block as registered with InitCommons; null: no row heading.
+    void setFileBlock(const VmkTag* vmk) { m_vmk = vmk; }
+    // Control id given to the documents made from now on; 0 for none.
+    void setCurrentCommand(int command) { m_command = command; }
+    int currentCommand() const { return m_command; }
+
+    // Every table of the session, numbered from 1 in the order made.
+    const std::vector<TableDocument>& documents() const { return m_documents; }
+    // Why the latest failed looka4 failed; empty when none failed since clearError.
+    const std::string& lastError() const { return m_lastError; }
+    void clearError() { m_lastError.clear(); }
+
+    // Only the arguments that describe the table are read: values, texts, colFormat,
+    // colHeads, colHeads2 (may be null), rowNames, titles (may be null), rows, cols, their
+    // repetitions, titleWidth, rowNameWidth, headingWidth and cellWidth. Gives 1 when the
+    // table was made and handed over, 0 otherwise.
+    short looka4(void* values, char* texts, const char* colFormat, const char* colHeads,
+                 const char* colHeads2, const char* rowNames, const char* titles, int rows,
+                 int cols, int rowsAgain, int colsAgain, int headerBytes, int decimals,
+                 int rowNameField, int cellField, int titleWidth, int titleLines, int reserved1,
+                 int rowNameWidth, int headingWidth, int cellWidth, int tableFlags, int reserved2,
+                 void* reserved3, void* reserved4, void* cellMarks, short* reserved5, short* one1,
+                 short* one2) override;
+
+private:
+    // The text of a field of `width` bytes, decoded as told above.
+    std::string fieldText(const char* field, int width) const;
+
+    TokenTable& m_tokens;
+    DocumentSink* m_sink = nullptr;
+    const VmkTag* m_vmk = nullptr;
+    int m_command = 0;
+    std::vector<TableDocument> m_documents;
+    std::string m_lastError;
+};
+
+} // namespace wb
