@@ -11,7 +11,7 @@
 
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/data/NativeFile.h"
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 #include "workbench/host/HeadlessData.h"
 #include "workbench/host/HeadlessNewFile.h"
 

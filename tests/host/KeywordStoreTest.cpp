@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 #include "workbench/host/KeywordStore.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include "support/AnalysisFixture.h"
 #include "workbench/data/DataFileLoader.h"
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 #include "workbench/host/HeadlessNewFile.h"
 #include "workbench/session/DrillSession.h"
 

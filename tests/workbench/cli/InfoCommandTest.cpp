@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 
 namespace {
 

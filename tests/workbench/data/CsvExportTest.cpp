@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 
 #include "workbench/data/DataFileLoader.h"
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 
 namespace {
 
@@ -151,17 +151,16 @@ struct RefusalCase {
 
 TEST(CsvExportTest, RefusesWhatTheCsvFormCannotHold) {
     const double inf = std::numeric_limits<double>::infinity();
+    // clang-format off
     const RefusalCase cases[] = {
-        {"same name twice",
-         {{{.name = "A"}, {.name = "B"}, {.name = "A"}}, {}},
+        {"same name twice", {{{.name = "A"}, {.name = "B"}, {.name = "A"}}, {}},
          "variables 1 and 3 are both named \"A\""},
-        {"infinite value",
-         {{{.name = "A"}}, {{1}, {inf}}},
+        {"infinite value", {{{.name = "A"}}, {{1}, {inf}}},
          "the value of variable \"A\" in case 2 is not a finite number"},
-        {"label not UTF-8",
-         {{{.name = "A", .labels = {{3, "caf\xE9"}}}}, {}},
+        {"label not UTF-8", {{{.name = "A", .labels = {{3, "caf\xE9"}}}}, {}},
          "the label of 3 in variable \"A\" is not valid UTF-8"},
     };
+    // clang-format on
     for (const RefusalCase& c : cases) {
         SCOPED_TRACE(c.comment);
         const wb::testing::TempDir dir;
@@ -188,14 +187,14 @@ TEST(CsvExportTest, CommandReplacesFilesOnlyWhenForced) {
     const wb::testing::TempDir dir;
     const std::string input = dir.write("in.csv", "A,B\n1,x\n");
     const std::string out = dir.path("out.csv");
+    // clang-format off
     const CliCase cases[] = {
         {"first export", "export IN OUT", 0, ""},
-        {"the output exists", "export IN OUT", 1,
-         out + ": the file exists already; give --force to replace it\n"},
+        {"the output exists", "export IN OUT", 1, out + ": the file exists already; give --force to replace it\n"},
         {"forced", "export --force IN OUT", 0, ""},
-        {"no such directory", "export IN " + dir.path("none/out.csv"), 1,
-         dir.path("none/out.csv") + ": cannot write the file: No such file or directory\n"},
+        {"no such directory", "export IN " + dir.path("none/out.csv"), 1, dir.path("none/out.csv") + ": cannot write the file: No such file or directory\n"},
     };
+    // clang-format on
     for (const CliCase& c : cases) {
         SCOPED_TRACE(c.comment);
         std::string arguments = c.arguments;

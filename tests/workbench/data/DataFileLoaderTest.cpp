@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/data/NativeFile.h"
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 
 namespace {
 

@@ -18,7 +18,7 @@
 #include <unistd.h>
 
 #include "workbench/data/DataFileLoader.h"
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 
 namespace {
 

@@ -26,6 +26,7 @@ struct MatchCase {
 };
 
 TEST(SelectionConditionTest, EvaluatesCases) {
+    // clang-format off
     const MatchCase cases[] = {
         {"greater, equal", "AGE > 30", 30, 1, 100, false},
         {"greater or equal", "AGE >= 30", 30, 1, 100, true},
@@ -37,8 +38,7 @@ TEST(SelectionConditionTest, EvaluatesCases) {
         {"parentheses first", "(REGION = 1 or REGION = 2) and AGE > 50", 30, 1, 0, false},
         {"not binds tighter than and", "not REGION = 1 and AGE > 50", 30, 2, 0, false},
         {"not of a parenthesis", "not (AGE > 30 or REGION = 1)", 20, 2, 0, true},
-        {"or short-cut leaves the right truth", "AGE > 100 or AGE > 10 or REGION = 9", 40, 1, 0,
-         true},
+        {"or short-cut leaves the right truth", "AGE > 100 or AGE > 10 or REGION = 9", 40, 1, 0, true},
         {"and short-cut is false", "AGE > 100 and REGION = 1", 40, 1, 0, false},
         {"missing value: comparison false", "INCOME > 0", 40, 1, -1, false},
         {"missing value: not of a comparison true", "not INCOME > 0", 40, 1, -1, true},
@@ -55,6 +55,7 @@ TEST(SelectionConditionTest, EvaluatesCases) {
         {"two constants", "1 < 2", 0, 0, 0, true},
         {"no blanks needed", "AGE>30and(REGION=1)", 40, 1, 0, true},
     };
+    // clang-format on
     wb::DataFile file = makeFile();
     for (const MatchCase& c : cases) {
         SCOPED_TRACE(c.comment);
@@ -71,33 +72,25 @@ struct SyntaxCase {
 };
 
 TEST(SelectionConditionTest, RefusesBadConditionsNamingTheColumn) {
+    // clang-format off
     const SyntaxCase cases[] = {
         {"unknown variable later", "AGE > 30 and FOO = 1", "unknown variable \"FOO\" at column 14"},
-        {"columns count characters", "AGE = 1 and ÉTAT = 2",
-         "unknown variable \"ÉTAT\" at column 13"},
-        {"missing relation", "AGE 30",
-         "expected a comparison (=, <>, <, <=, >, >=) but found \"30\" at column 5"},
+        {"columns count characters", "AGE = 1 and ÉTAT = 2", "unknown variable \"ÉTAT\" at column 13"},
+        {"missing relation", "AGE 30", "expected a comparison (=, <>, <, <=, >, >=) but found \"30\" at column 5"},
         {"unclosed parenthesis", "(AGE > 30", "expected \")\" but found the end at column 10"},
-        {"extra parenthesis", "AGE > 30)",
-         "expected \"and\", \"or\" or the end but found \")\" at column 9"},
-        {"and without right side", "AGE > 30 and",
-         "expected a variable or a number but found the end at column 13"},
-        {"C's not-equal", "AGE != 3",
-         "unexpected \"!=\"; write \"<>\" for \"not equal\" at column 5"},
+        {"extra parenthesis", "AGE > 30)", "expected \"and\", \"or\" or the end but found \")\" at column 9"},
+        {"and without right side", "AGE > 30 and", "expected a variable or a number but found the end at column 13"},
+        {"C's not-equal", "AGE != 3", "unexpected \"!=\"; write \"<>\" for \"not equal\" at column 5"},
         {"bad character", "AGE > 30 & REGION = 1", "unexpected character \"&\" at column 10"},
         {"bad number", "AGE > 3.4.5", "bad number \"3.4.5\" at column 7"},
         {"variable number 0", "#0 = 1", "no variable #0; the file has 4 variables at column 1"},
-        {"variable number too high", "#5 = 1",
-         "no variable #5; the file has 4 variables at column 1"},
+        {"variable number too high", "#5 = 1", "no variable #5; the file has 4 variables at column 1"},
         {"hash without number", "# = 1", "expected a variable number after \"#\" at column 1"},
-        {"missing() of a number", "missing(30)",
-         "expected a variable but found \"30\" at column 9"},
-        {"condition as an operand", "AGE = (REGION = 1)",
-         "expected a variable or a number but found \"(\"; a condition cannot be compared at "
-         "column 7"},
-        {"nesting beyond the limit", std::string(101, '(') + "AGE > 1" + std::string(101, ')'),
-         "conditions nested too deeply at column 101"},
+        {"missing() of a number", "missing(30)", "expected a variable but found \"30\" at column 9"},
+        {"condition as an operand", "AGE = (REGION = 1)", "expected a variable or a number but found \"(\"; a condition cannot be compared at column 7"},
+        {"nesting beyond the limit", std::string(101, '(') + "AGE > 1" + std::string(101, ')'), "conditions nested too deeply at column 101"},
     };
+    // clang-format on
     const wb::DataFile file = makeFile();
     for (const SyntaxCase& c : cases) {
         SCOPED_TRACE(c.comment);

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "workbench/data/TempDir.h"
+#include "support/TempDir.h"
 #include "workbench/documents/OutputFolder.h"
 #include "workbench/documents/SampleTable.h"
 #include "workbench/documents/TableHtml.h"
