@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 
+#include "../automation/TypeLibrary.h"
 #include "CDrillDown.h"
 
 namespace {
@@ -38,7 +39,14 @@ __attribute__((visibility("default"))) CAnalysisContext* Vmk6AnalysisContext() {
     return ModuleContext();
 }
 
+// The type library of the automation object is registered with the host's registry once,
+// when the first analysis is made: the host fills in its services after the library is
+// loaded, so load time is too early.
 __attribute__((visibility("default"))) CAnalysisSupport* Vmk6NewAnalysis() {
+    static bool registered = false;
+    CAnalysisContext* context = ModuleContext();
+    if (!registered && context != nullptr && context->Host.Automation != nullptr)
+        registered = SUCCEEDED(RegisterDrillDownTypeLib(*context->Host.Automation));
     return new (std::nothrow) CDrillDown(nullptr);
 }
 }

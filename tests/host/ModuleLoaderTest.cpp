@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "drilldown/automation/TypeLibrary.h"
+#include "workbench/automation/HeadlessAutomation.h"
 #include "workbench/data/DataFile.h"
 #include "workbench/host/HeadlessHost.h"
 #include "workbench/host/ModuleLoader.h"
@@ -22,13 +24,20 @@ wb::DataFile smallFile() {
 TEST(ModuleLoader, LoadsTheModuleAndStartsAnAnalysis) {
     const wb::DataFile file = smallFile();
     wb::HeadlessHost host;
+    wb::HeadlessAutomation automation;
     host.messages().setEcho(nullptr);
     host.setDataFile(&file);
+    host.setAutomation(&automation);
     {
         wb::ModuleLoader loader(host.services());
         loader.load(DD_MODULE_PATH);
         ASSERT_TRUE(loader.isLoaded());
         CAnalysisSupport& analysis = loader.openAnalysis();
+        // The module registered the type library of its automation object.
+        wb::RegisteredLibrary library;
+        ASSERT_TRUE(automation.registeredLibrary(LIBID_QRXDrillDown, &library));
+        EXPECT_EQ(library.name, "QRXDrillDown");
+        EXPECT_EQ(library.interfaces.size(), 2u);
         EXPECT_EQ(analysis.GetAnalysisID(), 4811);
         EXPECT_EQ(analysis.GetAnalysisName(), "Analyse Drill-Down ");
         EXPECT_EQ(loader.analysisCount(), 1u);
