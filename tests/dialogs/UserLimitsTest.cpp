@@ -1,0 +1,59 @@
+// The limits a user types for user-defined categories.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "drilldown/dialogs/UserLimits.h"
+
+namespace {
+
+std::string numbers(int count) {
+    std::string text;
+    for (int i = 1; i <= count; ++i)
+        text += std::to_string(i) + " ";
+    return text;
+}
+
+TEST(UserLimits, AcceptsOrRefusesWithItsMessage) {
+    struct Case {
+        const char* what;
+        std::string text;
+        char separator;
+        int message;
+        std::vector<double> values;
+    };
+    const std::vector<Case> cases = {
+        {"three limits between blanks", "2 2.5  5", ',', 0, {2, 2.5, 5}},
+        {"one limit with blanks around it", "  7  ", ',', 0, {7}},
+        {"the list separator separates", "1;2;3", ';', 0, {1, 2, 3}},
+        {"separators and blanks mixed", " 1 ; 2;;3 ", ';', 0, {1, 2, 3}},
+        {"negative limits", "-5 -1.5 0", ',', 0, {-5, -1.5, 0}},
+        {"99 limits are accepted", numbers(99), ',', 0, {}},
+        {"empty text", "", ',', 10014, {}},
+        {"only separators", " ,, ", ',', 10014, {}},
+        {"the hundredth limit is refused", numbers(100), ',', 10011, {}},
+        {"a word", "1 two 3", ',', 10012, {}},
+        {"two equal limits", "2 2", ',', 10013, {}},
+        {"descending limits", "5 4", ',', 10013, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const ParsedLimits parsed = ParseUserLimits(c.text, c.separator, true);
+        EXPECT_EQ(parsed.message, c.message);
+        if (c.message != 0)
+            EXPECT_TRUE(parsed.values.empty());
+        else if (!c.values.empty())
+            EXPECT_EQ(parsed.values, c.values);
+        else
+            EXPECT_EQ(parsed.values.size(), 99u);
+    }
+}
+
+TEST(UserLimits, OrderIsFreeWithoutTheAscendingTest) {
+    const ParsedLimits parsed = ParseUserLimits("5 1 1", ',', false);
+    EXPECT_EQ(parsed.message, 0);
+    EXPECT_EQ(parsed.values, (std::vector<double>{5, 1, 1}));
+}
+
+} // namespace
