@@ -29,6 +29,10 @@ int runInfo(const Arguments& arguments);
 //                     [--drill VAR=CATEGORY ...]: the analysis's state after those steps.
 int runDump(const Arguments& arguments);
 
+// drilldown report, with the arguments of dump and [--out DIR]: the result tables and the
+// current subset as files in the output folder (default ./drilldown-out).
+int runReport(const Arguments& arguments);
+
 // drilldown export FILE OUT.csv [--force]: the data file as CSV with its dictionary.
 int runExport(const Arguments& arguments);
 

@@ -27,6 +27,13 @@ constexpr std::array Commands{
             "numbers, ranges a-b and names, with | between the categorical and the continuous "
             "variables; CATEGORY is a label or @n, the n-th row of the category dialog",
             runDump},
+    Command{"report",
+            "FILE --down \"LIST\" [--review \"LIST\"] [--weight VAR] [--select EXPR] "
+            "[--drill \"VAR=CATEGORY\" ...] [--out DIR]",
+            "the same steps as dump; writes the summary, descriptive statistics and "
+            "frequency tables of both levels as JSON and HTML with an index page, and saves "
+            "the current subset as a data file, into DIR (default ./drilldown-out)",
+            runReport},
     Command{"export", "FILE OUT.csv [--force]",
             "write a data file (CSV, SPSS, Stata or SAS) as OUT.csv with its dictionary "
             "OUT.csv.dict.json; --force replaces existing files",

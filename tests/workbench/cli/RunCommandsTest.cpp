@@ -1,0 +1,62 @@
+// The commands that drill into a data file: the state as JSON, and a report of tables and the
+// saved subset in an output folder.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include <nlohmann/json.hpp>
+
+#include "support/CliRun.h"
+#include "workbench/data/DataFileLoader.h"
+
+namespace {
+
+const std::string Sample = DD_SOURCE_DIR "/examples/sample.csv";
+
+TEST(RunCommands, DumpShowsTheDrilledState) {
+    const CliRun run = runCli("dump " + Sample + " --down 'REGION SEX | AGE' --drill SEX=@1");
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto state = nlohmann::json::parse(run.out);
+    ASSERT_EQ(state["DrillUps"].size(), 1u);
+    EXPECT_EQ(state["DrillUps"][0]["Name"], "SEX");
+    EXPECT_EQ(state["DrillUps"][0]["DrilledItem"], 1);
+    EXPECT_EQ(state["DrillDowns"].size(), 2u);
+}
+
+TEST(RunCommands, WrongStepsNameWhatIsWrong) {
+    struct Case {
+        const char* arguments;
+        const char* message;
+    };
+    const Case cases[] = {
+        {" --down 'REGION | NOPE'", "no variable named \"NOPE\""},
+        {" --down 'REGION' --drill REGION=Nowhere", "no category \"Nowhere\"; the rows are"},
+        {" --down 'REGION' --drill AGE=@0", "not among the drill-down variables"},
+    };
+    for (const Case& c : cases) {
+        const CliRun run = runCli("dump " + Sample + c.arguments);
+        EXPECT_EQ(run.status, 1) << c.arguments;
+        EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
+    }
+}
+
+TEST(RunCommands, ReportWritesTablesAndTheSubset) {
+    const wb::testing::TempDir dir;
+    const std::string out = dir.path("report");
+    const CliRun run =
+        runCli("report " + Sample + " --down 'SEX | AGE' --review '| SPEND' --drill SEX=@0 --out " +
+               out);
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(std::filesystem::exists(out + "/index.html"));
+    EXPECT_TRUE(std::filesystem::exists(out + "/001-synthese-de-l-analyse-drill-down.json"));
+    const wb::DataFile saved = wb::loadDataFile(out + "/subset-001.ddf");
+    const wb::DataFile sample = wb::loadDataFile(Sample);
+    int women = 0;  // SEX = @0, the first category: code 1
+    for (int c = 1; c <= sample.caseCount(); ++c)
+        women += sample.value(c, sample.findVariable("SEX")) == 1;
+    EXPECT_EQ(saved.caseCount(), women);
+    EXPECT_EQ(saved.variableCount(), 3);  // SEX, AGE, SPEND in file order
+}
+
+} // namespace
