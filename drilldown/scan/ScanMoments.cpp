@@ -21,7 +21,7 @@ using Mask4 = int64_t __attribute__((vector_size(32)));
 }
 [[gnu::always_inline]] inline void Store(double* p, Lane4 v) { std::memcpy(p, &v, sizeof v); }
 
-constexpr int ArrayCount = 14;
+constexpr int ArrayCount = 12;
 
 } // namespace
 
@@ -31,8 +31,8 @@ bool ScanMoments::Allocate(int slots) {
     if (!m_block.Allocate(ArrayCount * n))
         return false;
     double* next = m_block.get();
-    for (double** array : {&m_min, &m_max, &m_mean, &m_ss, &m_weightedN, &m_mcount, &m_divisor,
-                           &m_delta, &m_n, &m_missingN, &m_code, &m_test, &m_valid, &m_x}) {
+    for (double** array : {&m_min, &m_max, &m_mean, &m_ss, &m_weightedN, &m_mcount, &m_n,
+                           &m_missingN, &m_code, &m_test, &m_valid, &m_x}) {
         *array = next;
         next += n;
     }
@@ -64,20 +64,19 @@ void ScanMoments::Update(int begin, int end, double w) {
         const Mask4 valid = inRange & ~missing;
         const Mask4 counted = inRange & missing;
 
+        // The divisor of the mean is the weighted count after this value.
         const Lane4 oldMean = Load(m_mean + s);
-        const Lane4 divisor = Load(m_divisor + s) + w;
+        const Lane4 divisor = Load(m_weightedN + s) + w;
         const Lane4 delta = (x - oldMean) * w;
         const Lane4 mean = oldMean + delta / divisor;
         const Lane4 ss = Load(m_ss + s) + (x - mean) * delta;
         const Lane4 min = Load(m_min + s);
         const Lane4 max = Load(m_max + s);
 
-        Store(m_divisor + s, valid ? divisor : Load(m_divisor + s));
         Store(m_n + s, Load(m_n + s) + (valid ? one : zero));
-        Store(m_weightedN + s, Load(m_weightedN + s) + (valid ? one * w : zero));
+        Store(m_weightedN + s, valid ? divisor : Load(m_weightedN + s));
         Store(m_min + s, valid & (x < min) ? x : min);
         Store(m_max + s, valid & (x > max) ? x : max);
-        Store(m_delta + s, valid ? delta : Load(m_delta + s));
         Store(m_mean + s, valid ? mean : oldMean);
         Store(m_ss + s, valid ? ss : Load(m_ss + s));
         Store(m_missingN + s, Load(m_missingN + s) + (counted ? one : zero));

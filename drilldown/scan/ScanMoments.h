@@ -9,6 +9,9 @@
 //     Divisor += w; N += 1; WeightedN += w; Min, Max;
 //     Delta = (x - Mean) * w; Mean += Delta / Divisor; SS += (x - Mean) * Delta
 //
+// The divisor always equals the weighted count, so the weighted count serves as both, and
+// Delta lives only for the length of one update.
+//
 // The arrays are laid out slot by slot, in groups of four, so that one case updates four
 // slots with each vector instruction: a missing value is not a branch but a mask that keeps
 // the slot's old state.
@@ -63,6 +66,6 @@ public:
 private:
     HostArray<double> m_block;
     // Counts are kept as doubles, exact up to 2^53, so that every lane of a slot is a double.
-    double *m_min, *m_max, *m_mean, *m_ss, *m_weightedN, *m_mcount, *m_divisor, *m_delta,
-        *m_n, *m_missingN, *m_code, *m_test, *m_valid, *m_x;
+    double *m_min, *m_max, *m_mean, *m_ss, *m_weightedN, *m_mcount, *m_n, *m_missingN, *m_code,
+        *m_test, *m_valid, *m_x;
 };
