@@ -7,12 +7,22 @@
 // module only reads and writes it through these calls, which is what lets a headless host,
 // a desktop window and a macro all drive the same dialog.
 
+#include "Automation.h"
+
 struct HWND__;
 using HWND = HWND__*;
 
+class CAnalysisDialog;
+class CReorderListBox;
+
 // Messages that the module sends to list boxes.
+inline constexpr unsigned LB_INSERTSTRING = 385;
+inline constexpr unsigned LB_DELETESTRING = 386;
 inline constexpr unsigned LB_SETCURSEL = 390;
 inline constexpr unsigned LB_GETCURSEL = 392;
+inline constexpr unsigned LB_GETTEXT = 393;
+inline constexpr unsigned LB_GETTEXTLEN = 394;
+inline constexpr unsigned LB_GETCOUNT = 395;
 inline constexpr long LB_ERR = -1;
 
 class HostDialogs {
@@ -28,8 +38,12 @@ public:
     virtual int CheckDlgButton(HWND dialog, int id, unsigned check) = 0;
     // Non-zero when the button is checked.
     virtual unsigned IsDlgButtonChecked(HWND dialog, int id) = 0;
-    // LB_GETCURSEL gives the selected row or LB_ERR; LB_SETCURSEL selects row wParam
-    // (-1 clears) and gives LB_ERR for a row out of range. Other messages give 0.
+    // List box messages. LB_GETCURSEL gives the selected row or LB_ERR; LB_SETCURSEL selects
+    // row wParam (-1 clears) and gives LB_ERR for a row out of range; LB_GETCOUNT the number
+    // of rows; LB_GETTEXTLEN the length of row wParam; LB_GETTEXT copies it with a
+    // terminator to the buffer in lParam; LB_INSERTSTRING inserts the text in lParam before
+    // row wParam (-1: at the end) and gives its row; LB_DELETESTRING deletes row wParam and
+    // gives the rows left. A row out of range gives LB_ERR. Other messages give 0.
     virtual long SendMessageA(HWND control, unsigned message, unsigned long wParam,
                               long lParam) = 0;
     virtual int SetDlgItemTextA(HWND dialog, int id, const char* text) = 0;
@@ -60,4 +74,69 @@ public:
     // otherwise).
     virtual int GetInitKeyword(int section, const char* keyword, int* first, int* second) = 0;
     virtual int PutInitKeyword(int section, const char* keyword, int* first, int* second) = 0;
+
+    // ---- Windows of the module's dialogs (AnalysisDialog.h) ----
+    // Makes the window of dialog `resourceId` for `owner`: attaches it to the owner, delivers
+    // WM_INITDIALOG, and gives its handle; null when it cannot be made.
+    virtual HWND CreateDialogWindow(CAnalysisDialog* owner, int resourceId, HWND parent) = 0;
+    // Runs dialog `resourceId` modally for `owner` until EndDialogWindow, then destroys it;
+    // gives the result passed to EndDialogWindow.
+    virtual int RunModalDialog(CAnalysisDialog* owner, int resourceId, HWND parent) = 0;
+    // Ends a dialog with `result`. A modal dialog returns from RunModalDialog; a modeless one
+    // is destroyed once the message being handled is done. `closeAnalysis` asks the host to
+    // close the analysis that the dialog belongs to as well.
+    virtual void EndDialogWindow(HWND dialog, int result, int closeAnalysis) = 0;
+    // Non-zero while the window exists.
+    virtual int IsWindow(HWND window) = 0;
+    // Called first on WM_INITDIALOG of every dialog.
+    virtual void InitOpeningDialog(HWND dialog) = 0;
+    // Queues a WM_COMMAND of control `id` to the dialog, delivered after the message that is
+    // being handled.
+    virtual void PostCommand(HWND dialog, int id) = 0;
+    // Puts the pages (dialog resource ids, in tab order) into tab control `tabId`.
+    virtual void AddDlgTabs(HWND dialog, int tabId, const int* pages, int count) = 0;
+    // The answer to WM_CTLCOLOR for the control in lParam, drawn in `colour`.
+    virtual long HandleCtlColor(HWND dialog, unsigned long wParam, long lParam,
+                                unsigned long colour) = 0;
+    // The colour of an attribute of the host's look: 1 is the text of lists and captions.
+    virtual unsigned long AttributeColour(int type) = 0;
+    // The range that a whole-number or real-number edit accepts.
+    virtual void SetIntEditRange(HWND control, int low, int high) = 0;
+    virtual void SetRealEditRange(HWND control, double low, double high, int flag) = 0;
+    // Hands the drags of a list box's rows to `box` (null: no longer).
+    virtual void SubclassListBox(HWND control, CReorderListBox* box) = 0;
+
+    // List views: columns with headings, rows of cells. A row's first cell is its text, as
+    // in a list box; LB_SETCURSEL and LB_GETCURSEL work on rows alike.
+    virtual int InsertListColumn(HWND control, int column, const char* heading, int width,
+                                 int rightAligned) = 0;
+    // Inserts a row before `row` (at the end when row is the row count); gives its row.
+    virtual int InsertListRow(HWND control, int row, const char* text) = 0;
+    virtual int SetListCell(HWND control, int row, int column, const char* text) = 0;
+    virtual void SetListViewLook(HWND control, unsigned long extendedStyle,
+                                 unsigned long textColour) = 0;
+
+    // ---- The host's results handling and macro recorder ----
+    // Gives the host's results handling the first look at a message of an analysis's panel;
+    // non-zero in the low 16 bits when it took the message.
+    virtual int IsResultsMsg(HWND dialog, unsigned message, unsigned long wParam,
+                             long lParam) = 0;
+    // Lock and Unlock bracket whatever opens a dialog or changes the drill state; Restore
+    // follows a host dialog that may have changed the file, ReallyRestore a brushing step.
+    enum class ResultsEvent { Lock, Unlock, Restore, ReallyRestore };
+    virtual void ResultsChange(HWND dialog, ResultsEvent event) = 0;
+    virtual void EnableStartupMenus(HWND dialog, int enable) = 0;
+    virtual void EarlyRecordState(HWND dialog, int id) = 0;
+    virtual void FinishRecordingDialog(HWND dialog, int step, int kind, int id) = 0;
+
+    // ---- The host's own dialogs; 0 when the user cancelled ----
+    virtual int DefineSelCond(int mode, HWND parent) = 0;
+    virtual int DefineWeight(int mode, HWND parent) = 0;
+    virtual int OpenVmkFile(HWND parent) = 0;
+
+    // ---- Automation access to controls ----
+    // Reads control `id` as a value of `type` (VT_I4, VT_R8 or VT_BSTR) into *value.
+    virtual HRESULT GetControlValue(HWND dialog, int id, VARTYPE type, VARIANT* value) = 0;
+    // Writes control `id` as the user would; a null value presses it.
+    virtual HRESULT SetControlValue(HWND dialog, int id, const VARIANT* value) = 0;
 };

@@ -19,7 +19,7 @@
 #include "workbench/host/ModuleLoader.h"
 #include "workbench/session/DrillSession.h"
 #include "workbench/session/StateJson.h"
-#include "workbench/session/VariableList.h"
+#include "workbench/data/VariableList.h"
 
 namespace wb::cli {
 

@@ -1,5 +1,6 @@
 #include "workbench/host/ControlModel.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -140,10 +141,96 @@ void ControlModel::setText(HWND dialog, int id, std::string text) {
 
 void ControlModel::setRows(HWND dialog, int id, std::vector<std::string> rows) {
     change(dialog, id, [&](ControlState& state) {
-        if (state.rows == rows && state.selection == -1)
+        if (state.rows == rows && state.selection == -1 && state.cells.empty())
             return false;
         state.rows = std::move(rows);
+        state.cells.clear();
         state.selection = -1;
+        return true;
+    });
+}
+
+std::string ControlModel::cell(HWND dialog, int id, int row, int column) const {
+    const ControlState& list = state(dialog, id);
+    if (row < 0 || row >= static_cast<int>(list.rows.size()) || column < 0)
+        return {};
+    if (column == 0)
+        return list.rows[row];
+    if (row >= static_cast<int>(list.cells.size()) ||
+        column > static_cast<int>(list.cells[row].size()))
+        return {};
+    return list.cells[row][column - 1];
+}
+
+int ControlModel::insertRow(HWND dialog, int id, int row, std::string text) {
+    int place = -1;
+    change(dialog, id, [&](ControlState& state) {
+        const int count = static_cast<int>(state.rows.size());
+        if (row < -1 || row > count)
+            return false;
+        place = row == -1 ? count : row;
+        state.rows.insert(state.rows.begin() + place, std::move(text));
+        if (!state.cells.empty() || !state.columns.empty()) {
+            state.cells.resize(count);
+            state.cells.insert(state.cells.begin() + place, std::vector<std::string>{});
+        }
+        if (state.selection >= place)
+            ++state.selection;
+        return true;
+    });
+    return place;
+}
+
+bool ControlModel::deleteRow(HWND dialog, int id, int row) {
+    bool done = false;
+    change(dialog, id, [&](ControlState& state) {
+        if (row < 0 || row >= static_cast<int>(state.rows.size()))
+            return false;
+        state.rows.erase(state.rows.begin() + row);
+        if (row < static_cast<int>(state.cells.size()))
+            state.cells.erase(state.cells.begin() + row);
+        if (state.selection == row)
+            state.selection = -1;
+        else if (state.selection > row)
+            --state.selection;
+        done = true;
+        return true;
+    });
+    return done;
+}
+
+void ControlModel::insertColumn(HWND dialog, int id, int column, ListColumn heading) {
+    change(dialog, id, [&](ControlState& state) {
+        const auto place = std::min<std::size_t>(std::max(column, 0), state.columns.size());
+        state.columns.insert(state.columns.begin() + static_cast<std::ptrdiff_t>(place),
+                             std::move(heading));
+        return true;
+    });
+}
+
+bool ControlModel::setCell(HWND dialog, int id, int row, int column, std::string text) {
+    bool done = false;
+    change(dialog, id, [&](ControlState& state) {
+        if (row < 0 || row >= static_cast<int>(state.rows.size()) || column < 0 ||
+            (column > 0 && column >= static_cast<int>(state.columns.size())))
+            return false;
+        done = true;
+        if (column == 0)
+            return std::exchange(state.rows[row], std::move(text)) != state.rows[row];
+        state.cells.resize(state.rows.size());
+        std::vector<std::string>& rowCells = state.cells[row];
+        if (rowCells.size() < static_cast<std::size_t>(column))
+            rowCells.resize(column);
+        return std::exchange(rowCells[column - 1], std::move(text)) != rowCells[column - 1];
+    });
+    return done;
+}
+
+void ControlModel::setRange(HWND dialog, int id, EditRange range) {
+    change(dialog, id, [&](ControlState& state) {
+        if (state.range == range)
+            return false;
+        state.range = range;
         return true;
     });
 }

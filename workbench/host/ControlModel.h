@@ -42,6 +42,21 @@ enum class ControlKind { Undeclared, Button, CheckBox, Radio, Edit, Static, List
 // Whether a dialog creates a control for an id that it has not seen.
 enum class ControlCreation { OnFirstUse, Declared };
 
+// A column of a list view.
+struct ListColumn {
+    std::string heading;
+    int width = 0; // dialog units
+    bool rightAligned = false;
+    bool operator==(const ListColumn&) const = default;
+};
+
+// The range of numbers that an edit accepts.
+struct EditRange {
+    double low = 0;
+    double high = 0;
+    bool operator==(const EditRange&) const = default;
+};
+
 struct ControlState {
     ControlKind kind = ControlKind::Undeclared;
     bool enabled = true;
@@ -50,6 +65,11 @@ struct ControlState {
     std::string text;
     std::vector<std::string> rows;
     int selection = -1; // row of a list box, -1 for none
+    // A list view: its columns, and per row the texts of the columns after the first (the
+    // first is the row's text in rows).
+    std::vector<ListColumn> columns;
+    std::vector<std::vector<std::string>> cells;
+    std::optional<EditRange> range; // an edit of numbers
     bool operator==(const ControlState&) const = default;
 };
 
@@ -99,6 +119,11 @@ public:
         return state(dialog, id).rows;
     }
     int selection(HWND dialog, int id) const { return state(dialog, id).selection; }
+    const std::vector<ListColumn>& columns(HWND dialog, int id) const {
+        return state(dialog, id).columns;
+    }
+    // The cell of a list view row; column 0 is the row's text. Empty for a cell not set.
+    std::string cell(HWND dialog, int id, int row, int column) const;
 
     // Changes. Observers hear only of changes that alter the state.
     void setEnabled(HWND dialog, int id, bool enabled);
@@ -110,6 +135,17 @@ public:
     // Selects a row, -1 for none, as a click of the user would. A row out of range gives
     // false and leaves the selection as it was.
     bool select(HWND dialog, int id, int row);
+    // Inserts a row before `row` (-1 or the row count: at the end); the selection moves with
+    // its row. Gives the row's place, -1 when `row` is out of range.
+    int insertRow(HWND dialog, int id, int row, std::string text);
+    // Deletes a row; a selected row leaves no selection. False when out of range.
+    bool deleteRow(HWND dialog, int id, int row);
+    // Inserts a list view column before `column` (at the end when past it).
+    void insertColumn(HWND dialog, int id, int column, ListColumn heading);
+    // Sets the text of cell (row, column) of a list view; column 0 is the row's text. False
+    // when row or column is out of range.
+    bool setCell(HWND dialog, int id, int row, int column, std::string text);
+    void setRange(HWND dialog, int id, EditRange range);
 
     // Gives a number for unsubscribe.
     std::size_t subscribe(Observer observer);

@@ -1,5 +1,8 @@
 #include "workbench/host/HeadlessDialogs.h"
 
+#include "workbench/data/VariableList.h"
+#include "workbench/host/EditNumbers.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -13,91 +16,6 @@
 namespace wb {
 
 namespace {
-
-constexpr int SignificantDigits = 15;
-constexpr std::string_view Blanks = " \t\r\n";
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(Blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
-
-template <typename... Args> std::string printed(const char* format, Args... args) {
-    const int length = std::snprintf(nullptr, 0, format, args...);
-    std::string text(static_cast<std::size_t>(length), '\0');
-    std::snprintf(text.data(), text.size() + 1, format, args...);
-    return text;
-}
-
-// At most 15 significant digits, no trailing zeros; exponent form below 1e-4 and from 1e15.
-std::string generalText(double value) {
-    return printed("%.*g", SignificantDigits, value);
-}
-
-std::string doubleText(double value, int digits) {
-    if (!std::isfinite(value))
-        return "--";
-    if (value == 0)
-        return "0"; // also for -0
-    const double magnitude = std::fabs(value);
-    if (digits <= 0 || magnitude >= 1e15)
-        return generalText(value);
-    // Decimals beyond the 15th significant digit would show noise, not the value.
-    const int leading = static_cast<int>(std::floor(std::log10(magnitude)));
-    const int decimals = std::min(digits, SignificantDigits - 1 - leading);
-    std::string text = printed("%.*f", decimals, value);
-    if (text.find_first_of("123456789") == std::string::npos)
-        return generalText(value); // would read as 0
-    if (text.find('.') != std::string::npos) {
-        text.erase(text.find_last_not_of('0') + 1);
-        if (text.back() == '.')
-            text.pop_back();
-    }
-    return text;
-}
-
-// from_chars takes a minus sign but no plus: drops a plus, unless a minus follows it.
-bool dropPlus(std::string_view& text) {
-    if (text.empty() || text.front() != '+')
-        return true;
-    text.remove_prefix(1);
-    return text.empty() || text.front() != '-';
-}
-
-template <typename Number> std::optional<Number> parsed(std::string_view text) {
-    Number value{};
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (text.empty() || error != std::errc() || stop != end)
-        return std::nullopt;
-    return value;
-}
-
-std::optional<double> parseDouble(std::string_view text) {
-    // A decimal comma becomes a point. Text that then holds two points ("1,234.5", "1,2,3")
-    // is rejected by from_chars: a thousands separator is never guessed.
-    std::string number(trimmed(text));
-    std::replace(number.begin(), number.end(), ',', '.');
-    std::string_view digits = number;
-    if (!dropPlus(digits))
-        return std::nullopt;
-    const auto value = parsed<double>(digits);
-    if (!value || !std::isfinite(*value))
-        return std::nullopt;
-    return value;
-}
-
-std::optional<short> parseShort(std::string_view text) {
-    text = trimmed(text);
-    if (!dropPlus(text))
-        return std::nullopt;
-    const auto value = parsed<int>(text);
-    if (!value || *value < -32768 || *value > 32767)
-        return std::nullopt;
-    return static_cast<short>(*value);
-}
 
 // Bytes of `text` that fit into `limit` without cutting a UTF-8 character. Bytes that are
 // not UTF-8 are taken one by one.
@@ -168,20 +86,43 @@ unsigned HeadlessDialogs::IsDlgButtonChecked(HWND dialog, int id) {
     return hasControl(dialog, id) && m_model.isChecked(dialog, id) ? 1 : 0;
 }
 
-long HeadlessDialogs::SendMessageA(HWND control, unsigned message, unsigned long wParam, long) {
-    if (message != LB_GETCURSEL && message != LB_SETCURSEL)
-        return 0;
+long HeadlessDialogs::SendMessageA(HWND control, unsigned message, unsigned long wParam,
+                                   long lParam) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
-        return LB_ERR;
-    if (message == LB_GETCURSEL) {
-        const int row = m_model.selection(ref->dialog, ref->id);
-        return row < 0 ? LB_ERR : row;
-    }
+        return message == LB_GETCURSEL || message == LB_SETCURSEL ? LB_ERR : 0;
+    const std::vector<std::string>& rows = m_model.rows(ref->dialog, ref->id);
     const int row = static_cast<int>(wParam);
-    if (!m_model.select(ref->dialog, ref->id, row))
-        return LB_ERR;
-    return row < 0 ? LB_ERR : row;
+    const bool inRange = row >= 0 && row < static_cast<int>(rows.size());
+    switch (message) {
+    case LB_GETCURSEL: {
+        const int selected = m_model.selection(ref->dialog, ref->id);
+        return selected < 0 ? LB_ERR : selected;
+    }
+    case LB_SETCURSEL:
+        if (!m_model.select(ref->dialog, ref->id, row))
+            return LB_ERR;
+        return row < 0 ? LB_ERR : row;
+    case LB_GETCOUNT:
+        return static_cast<long>(rows.size());
+    case LB_GETTEXTLEN:
+        return inRange ? static_cast<long>(rows[row].size()) : LB_ERR;
+    case LB_GETTEXT: {
+        char* buffer = reinterpret_cast<char*>(lParam);
+        if (!inRange || buffer == nullptr)
+            return LB_ERR;
+        std::memcpy(buffer, rows[row].c_str(), rows[row].size() + 1);
+        return static_cast<long>(rows[row].size());
+    }
+    case LB_INSERTSTRING:
+        return m_model.insertRow(ref->dialog, ref->id, row, orEmpty(reinterpret_cast<const char*>(lParam)));
+    case LB_DELETESTRING:
+        if (!m_model.deleteRow(ref->dialog, ref->id, row))
+            return LB_ERR;
+        return static_cast<long>(m_model.rows(ref->dialog, ref->id).size());
+    default:
+        return 0;
+    }
 }
 
 int HeadlessDialogs::SetDlgItemTextA(HWND dialog, int id, const char* text) {
@@ -216,7 +157,7 @@ int HeadlessDialogs::SetDlgItemInt(HWND dialog, int id, unsigned value, int isSi
 int HeadlessDialogs::GetDlgItemInteger(HWND dialog, int id, short* value) {
     if (value == nullptr || !hasControl(dialog, id))
         return 0;
-    const auto number = parseShort(m_model.text(dialog, id));
+    const auto number = readEditShort(m_model.text(dialog, id));
     if (!number)
         return 0;
     *value = *number;
@@ -227,14 +168,14 @@ int HeadlessDialogs::SetDlgItemDouble(HWND dialog, int id, double value, unsigne
                                       int digits) {
     if (!hasControl(dialog, id))
         return 0;
-    m_model.setText(dialog, id, doubleText(value, digits));
+    m_model.setText(dialog, id, editNumberText(value, digits));
     return 1;
 }
 
 int HeadlessDialogs::GetDlgItemDouble(HWND dialog, int id, double* value) {
     if (value == nullptr || !hasControl(dialog, id))
         return 0;
-    const auto number = parseDouble(m_model.text(dialog, id));
+    const auto number = readEditNumber(m_model.text(dialog, id));
     if (!number)
         return 0;
     *value = *number;
@@ -332,6 +273,9 @@ int HeadlessDialogs::DoubleVarListDialog(HWND parent, unsigned short mode, const
     *firstCount = static_cast<short>(answer->first.size());
     std::copy(answer->second.begin(), answer->second.end(), second);
     *secondCount = static_cast<short>(answer->second.size());
+    if (m_command.first != nullptr && m_file != nullptr)
+        m_variableLists[m_command] =
+            formatVariableList(wb::VariableChoice{answer->first, answer->second}, *m_file);
     return 1;
 }
 

@@ -21,6 +21,9 @@ struct VariableChoice {
 // Throws DataError naming the item that is no variable of the file, or a variable given twice.
 VariableChoice parseVariableList(const std::string& text, const DataFile& file);
 
+// The lists as parseVariableList reads them: names, " | " between the halves.
+std::string formatVariableList(const VariableChoice& choice, const DataFile& file);
+
 // One variable by number or name; throws DataError when there is none.
 short parseVariable(const std::string& item, const DataFile& file);
 

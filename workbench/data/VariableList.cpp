@@ -72,4 +72,15 @@ VariableChoice parseVariableList(const std::string& text, const DataFile& file) 
     return choice;
 }
 
+std::string formatVariableList(const VariableChoice& choice, const DataFile& file) {
+    const auto names = [&](const std::vector<short>& variables) {
+        std::string text;
+        for (const short v : variables)
+            text += (text.empty() ? "" : " ") + file.variable(v).name;
+        return text;
+    };
+    const std::string continuous = names(choice.continuous);
+    return names(choice.categorical) + " |" + (continuous.empty() ? "" : " " + continuous);
+}
+
 } // namespace wb
