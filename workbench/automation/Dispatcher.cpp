@@ -85,6 +85,11 @@ COleVariant Dispatcher::get(IDispatch* object, std::string_view name) {
     return invoke(object, name, DISPATCH_PROPERTYGET, params);
 }
 
+COleVariant Dispatcher::callOrGet(IDispatch* object, std::string_view name) {
+    DISPPARAMS params;
+    return invoke(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, params);
+}
+
 void Dispatcher::put(IDispatch* object, std::string_view name, const VARIANT& value) {
     VARIANT borrowed = value;
     DISPID named = DISPID_PROPERTYPUT;

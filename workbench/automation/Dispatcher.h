@@ -47,6 +47,9 @@ public:
                      const std::vector<COleVariant>& arguments = {});
     // Reads a property.
     COleVariant get(IDispatch* object, std::string_view name);
+    // Calls a method without arguments or reads a property, whichever the member is, as a
+    // bare name in a macro does.
+    COleVariant callOrGet(IDispatch* object, std::string_view name);
     // Writes a property.
     void put(IDispatch* object, std::string_view name, const VARIANT& value);
 

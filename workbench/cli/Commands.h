@@ -33,6 +33,13 @@ int runDump(const Arguments& arguments);
 // current subset as files in the output folder (default ./drilldown-out).
 int runReport(const Arguments& arguments);
 
+// drilldown run FILE MACRO [--out DIR] [--weight VAR] [--select EXPR]: a macro against a
+// new analysis on FILE, through the panel's automation object.
+int runMacro(const Arguments& arguments);
+
+// drilldown demo [--out DIR]: the tour macro of the examples on the sample data.
+int runDemo(const Arguments& arguments);
+
 // drilldown export FILE OUT.csv [--force]: the data file as CSV with its dictionary.
 int runExport(const Arguments& arguments);
 

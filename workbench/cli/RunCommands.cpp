@@ -8,15 +8,7 @@
 #include <optional>
 
 #include "workbench/cli/Commands.h"
-#include "workbench/data/DataFileLoader.h"
-#include "workbench/documents/OutputFolder.h"
-#include "workbench/host/DialogTemplates.h"
-#include "workbench/host/HeadlessDialogs.h"
-#include "workbench/host/HeadlessNewFile.h"
-#include "workbench/host/HeadlessOutput.h"
-#include "workbench/host/HeadlessHost.h"
-#include "workbench/host/KeywordStore.h"
-#include "workbench/host/ModuleLoader.h"
+#include "workbench/cli/HeadlessRun.h"
 #include "workbench/session/DrillSession.h"
 #include "workbench/session/StateJson.h"
 #include "workbench/data/VariableList.h"
@@ -107,75 +99,40 @@ void applyDrill(const std::string& step, const DataFile& file, DrillSession& ses
     session.drillDown(variable, categoryRow(step.substr(equals + 1), rows, step));
 }
 
-// One headless analysis on a file with the steps of the command line taken.
-class HeadlessRun {
+// The analysis of a dump or report with the command line's variables chosen and its
+// steps taken.
+class DrilledRun : public HeadlessRun {
 public:
-    explicit HeadlessRun(const DumpOptions& options)
-        : m_file(loadDataFile(options.file)), m_dialogs(m_keywords, &m_file),
-          m_newFile(m_host.data(), options.out), m_folder(options.out) {
-        if (options.weight)
-            m_file.setWeightVariable(parseVariable(*options.weight, m_file));
-        if (options.selection)
-            m_file.setSelection(*options.selection);
-        const VariableChoice down = parseVariableList(options.down, m_file);
+    explicit DrilledRun(const DumpOptions& options)
+        : HeadlessRun(RunSetup{options.file, options.out, options.weight, options.selection}) {
+        const VariableChoice down = parseVariableList(options.down, file());
         if (down.categorical.empty() && down.continuous.empty())
             throw DataError("--down: no drill-down variable chosen");
-        m_host.messages().setEcho(stderr);
-        m_host.setDataFile(&m_file);
-        m_host.setDialogs(&m_dialogs);
-        m_host.setNewFile(&m_newFile);
-        m_host.setOutput(&m_output);
-        m_output.setSink(&m_folder);
-        // The loader takes the services as they stand, so it comes after all are set.
-        m_loader = std::make_unique<ModuleLoader>(m_host.services());
-        m_loader->load(ModuleLoader::defaultModulePath());
-        m_analysis = &dynamic_cast<CDrillDown&>(m_loader->openAnalysis());
-        m_output.setFileBlock(m_host.data().fileBlock());
-        m_panel = createDialogFromTemplate(m_dialogs.model(), 4813);
-
-        const int nv = m_file.variableCount();
-        m_dialogs.presetVariableChoice(down.categorical, down.continuous);
-        m_analysis->SetDDNVariable(m_panel, 1, 0, nv, 0, nv, nv);
+        const int nv = file().variableCount();
+        dialogs().presetVariableChoice(down.categorical, down.continuous);
+        analysis().SetDDNVariable(panel(), 1, 0, nv, 0, nv, nv);
         if (options.review) {
-            const VariableChoice review = parseVariableList(*options.review, m_file);
-            m_dialogs.presetVariableChoice(review.categorical, review.continuous);
-            m_analysis->SetRVVariable(m_panel, 1, 0, nv);
+            const VariableChoice review = parseVariableList(*options.review, file());
+            dialogs().presetVariableChoice(review.categorical, review.continuous);
+            analysis().SetRVVariable(panel(), 1, 0, nv);
         }
-        DrillSession session(*m_analysis, m_panel);
+        DrillSession session(analysis(), panel());
         for (const std::string& step : options.drills)
-            applyDrill(step, m_file, session);
+            applyDrill(step, file(), session);
     }
-
-    CDrillDown& analysis() { return *m_analysis; }
-    HWND panel() const { return m_panel; }
-    HeadlessOutput& output() { return m_output; }
-    HeadlessNewFile& newFile() { return m_newFile; }
-    const OutputFolder& folder() const { return m_folder; }
-
-private:
-    DataFile m_file;
-    HeadlessHost m_host;
-    KeywordStore m_keywords;
-    HeadlessDialogs m_dialogs;
-    HeadlessNewFile m_newFile;
-    HeadlessOutput m_output;
-    OutputFolder m_folder;
-    std::unique_ptr<ModuleLoader> m_loader;
-    CDrillDown* m_analysis = nullptr;
-    HWND m_panel = nullptr;
 };
 
 } // namespace
 
 int runDump(const Arguments& arguments) {
-    HeadlessRun run(parseDumpArguments(arguments));
+    DrilledRun run(parseDumpArguments(arguments));
     std::cout << stateToJson(run.analysis()).dump(2) << '\n';
     return ExitSuccess;
 }
 
 int runReport(const Arguments& arguments) {
     const DumpOptions options = parseDumpArguments(arguments);
-    HeadlessRun run(options);
+    DrilledRun run(options);
     CDrillDown& analysis = run.analysis();
     // Each result as its button on the panel makes it, tagged with that button's id.
     const std::pair<int, short (CDrillDown::*)(HWND)> results[] = {

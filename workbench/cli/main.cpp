@@ -34,6 +34,14 @@ constexpr std::array Commands{
             "frequency tables of both levels as JSON and HTML with an index page, and saves "
             "the current subset as a data file, into DIR (default ./drilldown-out)",
             runReport},
+    Command{"run", "FILE MACRO [--out DIR] [--weight VAR] [--select EXPR]",
+            "run a macro against a new Drill-Down analysis on FILE, one statement a line: "
+            "Member = value, Member, Print Member, Dump; ' starts a comment",
+            runMacro},
+    Command{"demo", "[--out DIR]",
+            "run the tour macro examples/tour.ddm on the sample data, writing its tables "
+            "into DIR (default ./drilldown-out)",
+            runDemo},
     Command{"export", "FILE OUT.csv [--force]",
             "write a data file (CSV, SPSS, Stata or SAS) as OUT.csv with its dictionary "
             "OUT.csv.dict.json; --force replaces existing files",

@@ -1,0 +1,77 @@
+#pragma once
+// Macros: text files that drive an automation object, one statement a line.
+//
+//   Member = value     a put; value is text in double quotes ("" stands for one quote),
+//                      a whole number, a real number, True or False
+//   Member             a method, or the get of a member that only gives (a result)
+//   Print Member       prints the value that the get gives
+//   Dump               prints the state of the analysis
+//   ' comment          from ' to the end of the line, outside quotes; blank lines are skipped
+//
+// Member names and the words Print, Dump, True and False match without regard to case.
+//
+// To use: parseMacro reads the whole text first, so that a wrong line stops the run before
+// anything has happened; MacroRunner then runs the statements in order against the object.
+// Both throw MacroError with "MACRO:LINE: STATEMENT: error text".
+
+#include <functional>
+#include <iosfwd>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "drilldown/host/Automation.h"
+#include "workbench/automation/Dispatcher.h"
+
+namespace wb {
+
+class MacroError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct MacroStatement {
+    enum class Kind { Put, Call, Print, Dump };
+    Kind kind = Kind::Call;
+    std::string member;
+    COleVariant value; // of a put
+    int line = 0;
+    std::string text; // the statement as written, without its comment
+};
+
+// `name` is the macro's file name for the messages; strings are made by `strings`.
+std::vector<MacroStatement> parseMacro(std::istream& input, const std::string& name,
+                                       BstrAllocator& strings);
+
+// How a value reads in Print: text as it is, numbers in their shortest form, True/False,
+// "Nothing" for an empty object.
+std::string macroValueText(const VARIANT& value);
+
+class MacroRunner {
+public:
+    // What the runner asks of its surroundings.
+    struct Hooks {
+        std::function<std::string()> dump; // the state for Dump
+        // Checked after each statement: a text that says why the run cannot go on (a modal
+        // dialog that nobody can answer opened), or empty.
+        std::function<std::string()> problem;
+    };
+
+    MacroRunner(Dispatcher& dispatcher, IDispatch* object, std::string name, Hooks hooks,
+                std::ostream& out)
+        : m_dispatcher(dispatcher), m_object(object), m_name(std::move(name)),
+          m_hooks(std::move(hooks)), m_out(out) {}
+
+    void run(const std::vector<MacroStatement>& statements);
+
+private:
+    void runOne(const MacroStatement& statement);
+
+    Dispatcher& m_dispatcher;
+    IDispatch* m_object;
+    std::string m_name;
+    Hooks m_hooks;
+    std::ostream& m_out;
+};
+
+} // namespace wb
