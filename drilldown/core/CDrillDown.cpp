@@ -1,19 +1,28 @@
 #include "CDrillDown.h"
 
 #include <cstring>
+#include <utility>
 
+#include "../dialogs/StartupPanel.h"
 #include "../resources/StringTable.h"
 #include "../resources/StringIds.h"
 
 namespace {
 
 constexpr int StepInit = 100;
+constexpr int StepStartAnalysis = 101;
 
 int RunInit(CAnalysisSupport* analysis) { return static_cast<CDrillDown*>(analysis)->Init(); }
 
-// The host walks this table to start an analysis.
+int RunStartAnalysis(CAnalysisSupport* analysis) {
+    return static_cast<CDrillDown*>(analysis)->StartAnalysis();
+}
+
+// The host walks this table to start an analysis: step 100 sets it up on the open file,
+// step 101 opens its panel. A host that drives the analysis without a panel runs only 100.
 constexpr SEQFUNCTTBL kSequence[] = {
     {StepInit, RunInit, 0, 0},
+    {StepStartAnalysis, RunStartAnalysis, 0, 0},
 };
 
 } // namespace
@@ -24,6 +33,7 @@ CDrillDown::CDrillDown(CAnalysisDoc* doc) : CAnalysisSupport(doc, ModuleContext(
 }
 
 CDrillDown::~CDrillDown() {
+    ReleasePanel();
     DrillDowns.reset();
     DrillUps.reset();
     Reviews.reset();
@@ -39,6 +49,41 @@ int CDrillDown::ForwardSequence(int step, int arg) const {
 void* CDrillDown::GetLibInstance() { return ModuleInstance(); }
 
 std::string CDrillDown::GetAnalysisName() const { return ModuleString(StrAnalysisName); }
+
+IDispatch* CDrillDown::GetDialogAutomationInterface() { return Panel; }
+
+int CDrillDown::StartAnalysis() {
+    // Without the sets of a successful Init there is nothing for a panel to show.
+    if (DrillDowns == nullptr)
+        return -1;
+    ReleasePanel();
+    // The panel starts with the one reference that its window holds.
+    auto* panel = new CDDNStartupDlg(this);
+    if (panel->CreateAnalysisDialog() == 0) {
+        panel->Release();
+        return -1;
+    }
+    panel->AddRef();
+    Panel = panel;
+    return 0;
+}
+
+void CDrillDown::ReleasePanel() {
+    CDDNStartupDlg* panel = std::exchange(Panel, nullptr);
+    if (panel == nullptr)
+        return;
+    // The panel works on this analysis: its window must not outlive it. A macro may still
+    // hold the object, whose members then report the window closed.
+    const HWND window = panel->GetSafeHwnd();
+    if (window != nullptr && Dialogs().IsWindow(window) != 0)
+        panel->ExitDialog(0, 0, 0);
+    panel->Release();
+}
+
+int CDrillDown::AutoUpdate(unsigned short) {
+    // The stand-alone result windows are refreshed here once the outputs are tracked.
+    return 1;
+}
 
 void CDrillDown::InitMembers() {
     RVCategorical = RVContinuous = Categorical = Continuous = nullptr;

@@ -8,8 +8,9 @@
 // that subsystem.
 //
 // Life: constructed (no arrays, no sets) -> step 100 Init (arrays sized from the file's
-// number of variables, empty sets) -> the user works; a change of file calls Init again ->
-// the host's close -> destructor.
+// number of variables, empty sets) -> step 101 StartAnalysis (the panel opens) -> the user
+// works; a change of file calls Init again -> the host's close -> destructor, which also
+// ends a panel window still open.
 //
 // Results: operations give 1 for done and 0 for failure, and show their own messages.
 
@@ -24,6 +25,7 @@
 
 enum class LoopEnd;
 class CasewiseTest;
+class CDDNStartupDlg;
 class ScanMoments;
 class SubsetTest;
 
@@ -44,12 +46,18 @@ public:
     void* GetLibInstance() override;
     int GetAnalysisID() override { return DrillDownAnalysisID; }
     std::string GetAnalysisName() const override;
+    // The panel, which also is the analysis's automation object: null before StartAnalysis,
+    // and kept after its window has closed. No reference is added.
+    IDispatch* GetDialogAutomationInterface() override;
 
     // Life of the object.
     void InitMembers();
     int Init();
     void ReleaseMembers();
     void ResetMembers();
+    // Step 101 of the start: opens the start-up panel. 0 when it is open, -1 when its window
+    // could not be made.
+    int StartAnalysis();
 
     // Options, lists and current indices.
     short GetNoCategorical() const { return NoCategorical; }
@@ -184,6 +192,9 @@ public:
     void tdstar(int total, const char* text);
     void ddstop();
 
+    // Refreshes the stand-alone result windows after a drill step. 1 when done.
+    int AutoUpdate(unsigned short unused);
+
     // The rescan rule with which every result operation opens: a pending change of the
     // selection, weights, categorisation or missing-data options costs one scan, at the
     // moment a result first needs it.
@@ -223,6 +234,12 @@ public:
     std::unique_ptr<DrillSet> Reviews;
 
 private:
+    // The panel made by StartAnalysis. The analysis holds a reference of its own, so the
+    // pointer stays valid after the window has gone, until the analysis lets it go.
+    CDDNStartupDlg* Panel = nullptr;
+
+    // Ends the panel's window if it is still open and lets go of the panel.
+    void ReleasePanel();
     static short Toggled(short flag) { return flag == 0 ? 1 : 0; }
     // Gives the options, counts and current indices their start values; the arrays and the
     // sets are left alone.
