@@ -18,7 +18,6 @@
 
 #include "../core/CDrillDown.h"
 #include "../dialogs/StartupPanel.h"
-#include "../host/RealNumbers.h"
 #include "../host/TextHelpers.h"
 #include "../resources/StringIds.h"
 #include "../resources/StringTable.h"
@@ -92,23 +91,6 @@ bool HasCurrentDrillDown(const CDrillDown& analysis) {
     int type = 0, count = 0, atMinimum = 0;
     double step = 0, start = 0;
     return analysis.GetDrillMethod(type, count, atMinimum, step, start) >= 0;
-}
-
-// The rows of the category dialog for the current variable: the names of the categories that
-// hold cases, then the missing-data row when it is shown.
-struct CategoryRows {
-    std::vector<std::string> names;
-    bool missingRow = false;
-    int Count() const { return static_cast<int>(names.size()) + (missingRow ? 1 : 0); }
-};
-
-CategoryRows RowsOf(const CDrillDown& analysis) {
-    CategoryRows rows;
-    for (const Categories& category : *analysis.GetCurrentCategories())
-        if (!RealEqual(category.Count, 0))
-            rows.names.push_back(category.Name);
-    rows.missingRow = analysis.GetCountMD() == 1 && !RealEqual(analysis.GetCurrentMCount(), 0);
-    return rows;
 }
 
 } // namespace
@@ -438,18 +420,18 @@ HRESULT CDDNStartupDlg::put_DrillDownCategory(const VARIANT& value) {
     if (!HasCurrentDrillDown(*m_pDrill))
         return ReportError("There is no current drill-down variable.");
     const std::string& wanted = parser.GetLastTextVal();
-    const CategoryRows rows = RowsOf(*m_pDrill);
+    const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     if (SameText(wanted, ModuleString(StrMissingRow))) {
-        m_pDrill->SetSelected(static_cast<int>(rows.names.size()));
+        m_pDrill->SetSelected(static_cast<int>(rows.Names.size()));
         return S_OK;
     }
-    const auto found = std::find_if(rows.names.begin(), rows.names.end(),
+    const auto found = std::find_if(rows.Names.begin(), rows.Names.end(),
                                     [&](const std::string& name) { return SameText(name, wanted); });
-    if (found == rows.names.end())
+    if (found == rows.Names.end())
         return ReportError(("\"" + wanted + "\" names no category of " +
                             m_pDrill->GetCurrentVariableName() + " that holds cases.")
                                .c_str());
-    m_pDrill->SetSelected(static_cast<int>(found - rows.names.begin()));
+    m_pDrill->SetSelected(static_cast<int>(found - rows.Names.begin()));
     return S_OK;
 }
 
@@ -459,20 +441,20 @@ HRESULT CDDNStartupDlg::get_DrillDownCategory(BSTR* value) {
         return ReportError("No category is chosen.");
     if (m_pDrill->GetCurrentMethod() != 0)
         return GiveText(std::to_string(row), value);
-    const CategoryRows rows = RowsOf(*m_pDrill);
-    const bool named = row >= 0 && row < static_cast<int>(rows.names.size());
-    return GiveText(named ? rows.names[row] : ModuleString(StrMissingRow), value);
+    const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
+    const bool named = row >= 0 && row < static_cast<int>(rows.Names.size());
+    return GiveText(named ? rows.Names[row] : ModuleString(StrMissingRow), value);
 }
 
 HRESULT CDDNStartupDlg::get_CategorySelections(BSTR* value) {
     if (m_pDrill->GetDrillDownsSize() == 0 || m_pDrill->GetSelected() == -1)
         return ReportError("No category is chosen.");
-    const CategoryRows rows = RowsOf(*m_pDrill);
+    const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     std::string text;
-    for (std::size_t row = 0; row < rows.names.size(); ++row)
-        text += std::to_string(row) + " " + rows.names[row] + " | ";
-    if (rows.missingRow)
-        text += std::to_string(rows.names.size()) + " " + ModuleString(StrMissingRow);
+    for (std::size_t row = 0; row < rows.Names.size(); ++row)
+        text += std::to_string(row) + " " + rows.Names[row] + " | ";
+    if (rows.MissingRow)
+        text += std::to_string(rows.Names.size()) + " " + ModuleString(StrMissingRow);
     text.erase(text.find_last_not_of(" |") + 1);
     return GiveText(text.empty() ? std::string(ModuleString(StrMissingRow)) : text, value);
 }

@@ -19,9 +19,9 @@ int RunStartAnalysis(CAnalysisSupport* analysis) {
 }
 
 // The host walks this table to start an analysis: step 100 sets it up on the open file,
-// step 101 opens its panel. A host that drives the analysis without a panel runs only 100.
+// step 101 opens its panel.
 constexpr SEQFUNCTTBL kSequence[] = {
-    {StepInit, RunInit, 0, 0},
+    {StepInit, RunInit, StepStartAnalysis, 0},
     {StepStartAnalysis, RunStartAnalysis, 0, 0},
 };
 
@@ -55,17 +55,17 @@ IDispatch* CDrillDown::GetDialogAutomationInterface() { return Panel; }
 int CDrillDown::StartAnalysis() {
     // Without the sets of a successful Init there is nothing for a panel to show.
     if (DrillDowns == nullptr)
-        return -1;
+        return 0;
     ReleasePanel();
     // The panel starts with the one reference that its window holds.
     auto* panel = new CDDNStartupDlg(this);
     if (panel->CreateAnalysisDialog() == 0) {
         panel->Release();
-        return -1;
+        return 0;
     }
     panel->AddRef();
     Panel = panel;
-    return 0;
+    return -1;
 }
 
 void CDrillDown::ReleasePanel() {

@@ -55,8 +55,8 @@ public:
     int Init();
     void ReleaseMembers();
     void ResetMembers();
-    // Step 101 of the start: opens the start-up panel. 0 when it is open, -1 when its window
-    // could not be made.
+    // Step 101 of the start: opens the start-up panel. -1 when it is open, 0 when its window
+    // could not be made (the host's walk takes 0 for a start that failed).
     int StartAnalysis();
 
     // Options, lists and current indices.
@@ -136,6 +136,15 @@ public:
     int RefreshListBoxes(HWND window);
     int LeftAndRight(HWND window, const int* order, int count);
     int SetSelectedItem(int row);
+    // The rows of the category dialog for the current variable: the names of the categories
+    // that hold cases, in order, then the missing-data row when missing data are counted and
+    // the variable has some. Selected counts these rows.
+    struct CategoryRowList {
+        std::vector<std::string> Names;
+        bool MissingRow = false;
+        int Count() const { return static_cast<int>(Names.size()) + (MissingRow ? 1 : 0); }
+    };
+    CategoryRowList CategoryRows() const;
     short SetCurrentUpItem(short position);
     short GetCurrentUpItem();
 

@@ -27,7 +27,7 @@ void Drill::SetMethod(int32_t method, int32_t n, int32_t atMinimum, double step,
 
 int32_t Drill::GetMethod(int32_t& type, int32_t& n, int32_t& atMinimum, double& step,
                          double& start) const {
-    type = Method;
+    type = Type;
     n = Method == MethodExactIntervals ? ExactN : NeatN;
     atMinimum = AtMinimum;
     step = Step;

@@ -193,6 +193,16 @@ int CDrillDown::LeftAndRight(HWND window, const int* order, int) {
     return 1;
 }
 
+CDrillDown::CategoryRowList CDrillDown::CategoryRows() const {
+    CategoryRowList rows;
+    const Drill& record = *CurrentRecord();
+    for (const Categories& category : record.Categories)
+        if (!RealEqual(category.Count, 0))
+            rows.Names.push_back(category.Name);
+    rows.MissingRow = CountMD == 1 && !RealEqual(record.MCount, 0);
+    return rows;
+}
+
 int CDrillDown::SetSelectedItem(int row) {
     Selected = PositionOfRow(CurrentRecord()->Categories, row).position;
     return Selected;

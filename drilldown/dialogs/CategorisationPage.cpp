@@ -101,8 +101,7 @@ void CDDNStartupDlg::ShowCurrentMethod(HWND dialog) {
         Enable(dialog, GroupMethods, false);
         return;
     }
-    // The record's own type tells categorical from continuous.
-    m_VarType = static_cast<std::uint16_t>(m_pDrill->GetCurrentVariableType());
+    m_VarType = static_cast<std::uint16_t>(type);
     m_Count = static_cast<std::uint16_t>(count);
     m_AtMinimum = static_cast<std::uint16_t>(atMinimum);
     m_Step = step;
@@ -194,7 +193,7 @@ int CDDNStartupDlg::ApplyCategorisation(HWND dialog) {
     double start = 0;
     const int present = m_pDrill->GetDrillMethod(type, count, atMinimum, step, start);
     // The categories of a categorical variable are never rebuilt from the page.
-    if (present == -1 || m_pDrill->GetCurrentVariableType() == 0)
+    if (present == -1 || type == 0)
         return 1;
     DrillSet* records = m_pDrill->GetDrillDowns();
     const auto found = m_pDrill->LookFor(m_pDrill->GetCurrentDown(), records);

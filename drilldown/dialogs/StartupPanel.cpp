@@ -324,6 +324,12 @@ long CDDNStartupDlg::DrillDownCommand(HWND dialog) {
         drill.ReadBeforeDrill(0);
     if (macro) {
         EarlyRecordState(GroupDrillOperations);
+        // The macro's category must be a row that the category dialog would offer.
+        const int row = drill.GetSelected();
+        if (row < 0 || row >= drill.CategoryRows().Count()) {
+            UnlockResults();
+            return 0;
+        }
     } else {
         CDDNCategoryDlg categories(m_pDrill);
         COpDllResource resource(ModuleInstance());

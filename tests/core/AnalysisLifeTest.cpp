@@ -26,12 +26,13 @@ TEST_F(AnalysisLife, IdentityHoldsBeforeInit) {
     EXPECT_EQ(fresh.StandAloneResults, 0);
 }
 
-TEST_F(AnalysisLife, SequenceTableStartsWithInit) {
+TEST_F(AnalysisLife, SequenceTableStartsWithInitThenOpensThePanel) {
     open(test::makeFile({{"A"}, {"B"}}, {{1, 2}}));
     CDrillDown started;
-    EXPECT_EQ(started.SequenceTable().RunSequence(100), 1);
+    EXPECT_EQ(started.SequenceTable().RunSequence(100), -1);
     ASSERT_NE(started.GetDrillDowns(), nullptr);
     EXPECT_EQ(started.GetDrillDownsSize(), 0);
+    ASSERT_NE(started.GetDialogAutomationInterface(), nullptr);
 }
 
 TEST_F(AnalysisLife, FileWithoutVariables) {

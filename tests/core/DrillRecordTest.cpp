@@ -43,6 +43,7 @@ TEST(DrillRecord, MethodSettingsWriteOneNumberToBothCounts) {
     int32_t type, n, atMinimum;
     double step, start;
     EXPECT_EQ(d.GetMethod(type, n, atMinimum, step, start), MethodExactIntervals);
+    EXPECT_EQ(type, 1); // the variable's type, not its method
     EXPECT_EQ(n, 7);
     EXPECT_EQ(atMinimum, 0);
     EXPECT_EQ(step, 2.5);

@@ -4,9 +4,12 @@
 #include <string>
 
 #include "drilldown/automation/TypeLibrary.h"
+#include "drilldown/dialogs/StartupPanel.h"
 #include "workbench/automation/HeadlessAutomation.h"
 #include "workbench/data/DataFile.h"
+#include "workbench/host/HeadlessDialogs.h"
 #include "workbench/host/HeadlessHost.h"
+#include "workbench/host/KeywordStore.h"
 #include "workbench/host/ModuleLoader.h"
 
 namespace {
@@ -25,9 +28,12 @@ TEST(ModuleLoader, LoadsTheModuleAndStartsAnAnalysis) {
     const wb::DataFile file = smallFile();
     wb::HeadlessHost host;
     wb::HeadlessAutomation automation;
+    wb::KeywordStore keywords{std::filesystem::path(), nullptr};
+    wb::HeadlessDialogs dialogs(keywords, &file);
     host.messages().setEcho(nullptr);
     host.setDataFile(&file);
     host.setAutomation(&automation);
+    host.setDialogs(&dialogs);
     {
         wb::ModuleLoader loader(host.services());
         loader.load(DD_MODULE_PATH);
@@ -41,7 +47,13 @@ TEST(ModuleLoader, LoadsTheModuleAndStartsAnAnalysis) {
         EXPECT_EQ(analysis.GetAnalysisID(), 4811);
         EXPECT_EQ(analysis.GetAnalysisName(), "Analyse Drill-Down ");
         EXPECT_EQ(loader.analysisCount(), 1u);
+        // The start opened the analysis's panel, which closing the analysis closes.
+        auto* panel = static_cast<CDDNStartupDlg*>(analysis.GetDialogAutomationInterface());
+        ASSERT_NE(panel, nullptr);
+        const HWND window = panel->GetSafeHwnd();
+        EXPECT_TRUE(dialogs.isOpen(window));
         loader.closeAnalysis(analysis);
+        EXPECT_FALSE(dialogs.isOpen(window));
         EXPECT_EQ(loader.analysisCount(), 0u);
         // A second analysis is left for the loader's destructor to close.
         loader.openAnalysis();

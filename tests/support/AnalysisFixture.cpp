@@ -42,7 +42,7 @@ void AnalysisFixture::open(wb::DataFile newFile) {
     host.setDataFile(&file);
     dialogs.setDataFile(&file);
     analysis = std::make_unique<CDrillDown>();
-    ASSERT_EQ(analysis->SequenceTable().RunSequence(100), 1);
+    ASSERT_EQ(analysis->Init(), 1);
     output.setFileBlock(host.data().fileBlock());
 }
 

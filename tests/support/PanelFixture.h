@@ -32,7 +32,7 @@ protected:
     }
     // Runs step 101, as the host does after step 100: a new panel replaces an open one.
     void startPanel() {
-        ASSERT_EQ(analysis->SequenceTable().RunSequence(101), 0);
+        ASSERT_EQ(analysis->SequenceTable().RunSequence(101), -1);
         startup = static_cast<CDDNStartupDlg*>(analysis->GetDialogAutomationInterface());
         ASSERT_NE(startup, nullptr);
         window = startup->GetSafeHwnd();

@@ -100,8 +100,8 @@ public:
                             unsigned short flag) override;
     // ---- Playing the user ----
     // Each action delivers to the dialog's owner the messages that a window system would,
-    // then the commands posted meanwhile. A control that is disabled or hidden takes no
-    // action from the user: false, and nothing happens. Throws std::out_of_range for a
+    // then the commands posted meanwhile. A control that is disabled or hidden, or one of a
+    // dialog that has ended, takes no action from the user: false, and nothing happens. Throws std::out_of_range for a
     // dialog or control that does not exist.
     //
     // A button sends WM_COMMAND; a check box first toggles; a radio first checks itself and

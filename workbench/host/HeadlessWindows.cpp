@@ -274,6 +274,9 @@ int HeadlessDialogs::OpenVmkFile(HWND) { return m_openFileDialog ? m_openFileDia
 // ---- The user --------------------------------------------------------------------------------
 
 bool HeadlessDialogs::actionable(HWND dialog, int id) const {
+    const Window* shown = window(dialog);
+    if (shown != nullptr && shown->result)
+        return false; // the dialog has ended
     const ControlState& control = m_model.state(dialog, id);
     return control.enabled && control.shown;
 }

@@ -2,7 +2,6 @@
 
 #include <iterator>
 
-#include "drilldown/host/RealNumbers.h"
 #include "drilldown/resources/StringTable.h"
 
 namespace wb {
@@ -37,11 +36,9 @@ void DrillSession::countCategoriesIfOwed() {
 }
 
 std::vector<std::string> DrillSession::currentCategoryRows() const {
-    std::vector<std::string> rows;
-    for (const Categories& category : *m_analysis.GetCurrentCategories())
-        if (!RealEqual(category.Count, 0))
-            rows.push_back(category.Name);
-    if (m_analysis.GetCountMD() == 1 && m_analysis.GetCurrentMCount() != 0)
+    const CDrillDown::CategoryRowList list = m_analysis.CategoryRows();
+    std::vector<std::string> rows = list.Names;
+    if (list.MissingRow)
         rows.push_back(ModuleString(MissingRowText));
     return rows;
 }
