@@ -27,12 +27,16 @@ const char* meaningOf(HRESULT result) {
     }
 }
 
+std::string meaningWithCode(HRESULT result) {
+    char code[16];
+    std::snprintf(code, sizeof code, "0x%08X", static_cast<unsigned>(result));
+    return std::string(meaningOf(result)) + " (" + code + ")";
+}
+
 std::string messageFor(const std::string& member, HRESULT result, const std::string& description) {
     if (!description.empty())
         return description;
-    char code[16];
-    std::snprintf(code, sizeof code, "0x%08X", static_cast<unsigned>(result));
-    return member + ": " + meaningOf(result) + " (" + code + ")";
+    return member + ": " + meaningWithCode(result);
 }
 
 // Takes a string out of an EXCEPINFO field, freeing it.
@@ -57,6 +61,10 @@ AutomationError::AutomationError(std::string member, HRESULT result, std::string
                                  std::string source)
     : std::runtime_error(messageFor(member, result, description)), m_member(std::move(member)),
       m_result(result), m_description(std::move(description)), m_source(std::move(source)) {}
+
+std::string AutomationError::reason() const {
+    return m_description.empty() ? meaningWithCode(m_result) : m_description;
+}
 
 DISPID Dispatcher::idOf(IDispatch* object, std::string_view name) {
     if (object == nullptr)

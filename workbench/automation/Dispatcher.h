@@ -29,6 +29,9 @@ public:
     // Empty when the object left no description.
     const std::string& description() const { return m_description; }
     const std::string& source() const { return m_source; }
+    // Why the call failed, without the member's name: the description, else the meaning of
+    // the result.
+    std::string reason() const;
 
 private:
     std::string m_member;

@@ -166,16 +166,16 @@ void MacroRunner::run(const std::vector<MacroStatement>& statements) {
         const auto where = [&] {
             return m_name + ":" + std::to_string(statement.line) + ": " + statement.text + ": ";
         };
+        const auto problem = [&] { return m_hooks.problem ? m_hooks.problem() : std::string(); };
         try {
             runOne(statement);
         } catch (const AutomationError& error) {
-            throw MacroError(where() + error.what());
+            // What stopped the statement (a dialog it opened) says more than its failure.
+            const std::string cause = problem();
+            throw MacroError(where() + (cause.empty() ? error.reason() : cause));
         }
-        if (m_hooks.problem) {
-            const std::string problem = m_hooks.problem();
-            if (!problem.empty())
-                throw MacroError(where() + problem);
-        }
+        if (const std::string cause = problem(); !cause.empty())
+            throw MacroError(where() + cause);
     }
 }
 

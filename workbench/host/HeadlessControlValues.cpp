@@ -16,8 +16,12 @@ namespace {
 
 constexpr const char* ErrorSource = "Drill-Down workbench";
 
+// The caption of a button, check box or radio, to name it in a message.
 std::string quotedText(const ControlState& control) {
-    return control.text.empty() ? std::string() : " (\"" + control.text + "\")";
+    const bool captioned = control.kind == ControlKind::Button ||
+                           control.kind == ControlKind::CheckBox ||
+                           control.kind == ControlKind::Radio;
+    return !captioned || control.text.empty() ? std::string() : " (\"" + control.text + "\")";
 }
 
 // The text of a value: a string as it is, a number in its shortest form, an array its items

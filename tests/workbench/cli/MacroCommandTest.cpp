@@ -1,0 +1,136 @@
+// drilldown run and drilldown demo: macros through the panel's automation object, as a user
+// runs them from the command line.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include <nlohmann/json.hpp>
+
+#include "support/CliRun.h"
+
+namespace {
+
+const std::string Sample = DD_SOURCE_DIR "/examples/sample.csv";
+
+class MacroCommand : public ::testing::Test {
+protected:
+    // Writes the macro and runs it on the sample data, with the user's settings kept in the
+    // test's own folder.
+    CliRun run(const std::string& macro, const std::string& options = "") {
+        const std::string path = dir.path("test.ddm");
+        std::ofstream(path) << macro;
+        return runCli("run " + Sample + " " + path + " --out " + dir.path("out") + " " + options);
+    }
+    MacroCommand() { setenv("XDG_CONFIG_HOME", dir.path("config").c_str(), 1); }
+    ~MacroCommand() override { unsetenv("XDG_CONFIG_HOME"); }
+
+    wb::testing::TempDir dir;
+};
+
+// The same two drill steps taken by a macro and by drilldown dump leave the same state.
+TEST_F(MacroCommand, MacroDrillsAsTheProgramDoes) {
+    const CliRun macro = run("Variables = \"REGION SEX | AGE\"\n"
+                             "DrillDownVariable = \"sex\"\n"
+                             "DrillDownCategory = 1\n"
+                             "DrillDown\n"
+                             "DrillDownVariable = \"REG\"  ' a prefix names REGION\n"
+                             "DrillDownCategory = \"Bretagne\"\n"
+                             "DrillDown\n"
+                             "Dump\n");
+    ASSERT_EQ(macro.status, 0) << macro.err;
+    const CliRun dump = runCli("dump " + Sample +
+                               " --down 'REGION SEX | AGE' --drill SEX=@1 --drill REGION=Bretagne");
+    ASSERT_EQ(dump.status, 0) << dump.err;
+    const auto state = nlohmann::json::parse(macro.out);
+    EXPECT_EQ(state, nlohmann::json::parse(dump.out));
+    EXPECT_EQ(state["DrillUps"].size(), 2u);
+}
+
+TEST_F(MacroCommand, PrintShowsWhatTheGetGives) {
+    const CliRun result = run("Variables = \"SEX | AGE\"\n"
+                              "Print Variables\n"
+                              "DrillDownVariable = 2\n"
+                              "Print DrillDownVariable\n"
+                              "DrillDownCategory = \"homme\"\n"
+                              "Print CategorySelections\n"
+                              "Print DrillDownCategory\n"
+                              "Print CountMD\n");
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "SEX | AGE\nSEX\n0 Femme | 1 Homme\nHomme\n1\n");
+}
+
+// A failing statement stops the run with the macro's name, line and statement, and exit 1.
+TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
+    const struct {
+        const char* macro;
+        const char* message;
+    } cases[] = {
+        {"Variables = \"SEX\"\nNope\n", "test.ddm:2: Nope: unknown name (0x80020006)"},
+        {"Variables = \"SEX | NOPE\"\n",
+         "test.ddm:1: Variables = \"SEX | NOPE\": variable list: there is no variable named "
+         "\"NOPE\""},
+        {"Variables = \"SEX\"\nDrillDownVariable = \"AGE\"\n",
+         "test.ddm:2: DrillDownVariable = \"AGE\": \"AGE\" names no drill-down variable."},
+        {"Variables = \"SEX\"\n\nDrillDown\n",
+         "test.ddm:3: DrillDown: No drill-down: DrillDownCategory names no category"},
+        {"Variables = \"| AGE\"\nUserSpecifiedCategories = True\nDrillDownCategory = 0\nDrillDown\n",
+         "test.ddm:4: DrillDown: the dialog \"Spécifiez les Limites de \" opened, which a "
+         "macro cannot answer"},
+        {"Variables = \"| AGE\"\nNoOfExactIntervals = True\nValueNoOfExactIntervals = 1000\n",
+         "test.ddm:3: ValueNoOfExactIntervals = 1000: The value 1000 of control 9070 is outside "
+         "2 to 999."},
+        {"Variables = \"SEX\"\nDrillUp\n",
+         "test.ddm:2: DrillUp: Control 9057 (\"Haut\") is disabled now."},
+        {"OK\nPrint Variables\n", "test.ddm:2: Print Variables: The dialog has been closed."},
+        {"Variables = SEX\n", "test.ddm:1: Variables = SEX: \"SEX\" is no value"},
+    };
+    for (const auto& c : cases) {
+        const CliRun result = run(c.macro);
+        EXPECT_EQ(result.status, 1) << c.macro;
+        // The macro is named by its path, which ends in test.ddm.
+        EXPECT_NE(result.err.find("/" + std::string(c.message) ), std::string::npos)
+            << c.macro << "\ngave: " << result.err;
+    }
+}
+
+TEST_F(MacroCommand, WrongCommandLines) {
+    const struct {
+        const char* arguments;
+        int status;
+        const char* message;
+    } cases[] = {
+        {"run", 2, "give the data file and the macro"},
+        {"run data.csv", 2, "give the data file and the macro"},
+        {"run /nonexistent.csv /nonexistent.ddm", 1, "/nonexistent.ddm: cannot be read"},
+        {"demo extra", 2, "demo takes only --out DIR"},
+    };
+    for (const auto& c : cases) {
+        const CliRun result = runCli(c.arguments);
+        EXPECT_EQ(result.status, c.status) << c.arguments;
+        EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+    }
+}
+
+// The end of a run is the user's OK: the panel's setting is stored for the next analysis.
+TEST_F(MacroCommand, TheRunEndsAsOKDoes) {
+    const CliRun result = run("StandAloneResults = 1\n");
+    ASSERT_EQ(result.status, 0) << result.err;
+    const auto settings =
+        nlohmann::json::parse(readFile(dir.path("config") + "/drilldown/settings.json"));
+    EXPECT_EQ(settings["0"]["StandAloneResults"], 1);
+    const CliRun next = run("Print StandAloneResults\n");
+    EXPECT_EQ(next.out, "1\n");
+}
+
+TEST_F(MacroCommand, DemoTakesTheTour) {
+    const std::string out = dir.path("demo");
+    const CliRun result = runCli("demo --out " + out);
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_NE(result.out.find("7 Bretagne"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("Wrote"), std::string::npos);
+    EXPECT_TRUE(std::filesystem::exists(out + "/index.html"));
+}
+
+} // namespace
