@@ -93,6 +93,7 @@ TEST(Tokens, ReplaceInsideTextGrowsOrKeepsTheWidth) {
     HeadlessText text(table);
     const std::string a = table.tokenFor("Région administrative");
     const std::string b = table.tokenFor("aÉÉÉÉÉ long"); // 'É' is two bytes
+    const std::string nested = table.tokenFor("Fréquences de " + a + " : long");
     const struct {
         std::string input;
         bool grow;
@@ -105,6 +106,7 @@ TEST(Tokens, ReplaceInsideTextGrowsOrKeepsTheWidth) {
         {"[" + a + "]", false, "[Région ]", "fixed width: first 8 bytes, 'é' is two"},
         {"[" + b + "]", false, "[aÉÉÉ ]", "fixed width: no character cut in two"},
         {a.substr(0, 7), true, a.substr(0, 7), "a cut token is no token"},
+        {nested, true, "Fréquences de Région administrative : long", "a token inside a token"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comment);

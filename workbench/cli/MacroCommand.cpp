@@ -85,9 +85,12 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
         std::cerr << error.what() << '\n';
         return ExitDataError;
     }
-    if (!run.output().documents().empty())
-        out << "Wrote " << run.output().documents().size() << " tables to "
-            << run.folder().folder().string() << "/index.html\n";
+    if (!run.output().documents().empty()) {
+        out << "\nWrote " << run.output().documents().size() << " tables to "
+            << run.folder().folder().string() << "/index.html:\n";
+        for (const std::string& stem : run.folder().stems())
+            out << "  " << stem << ".html\n";
+    }
     return ExitSuccess;
 }
 

@@ -90,6 +90,13 @@ std::string TokenTable::expand(std::string_view text) const {
 
 std::string TokenTable::replaceAll(std::string_view text, bool grow) const {
     const std::lock_guard lock(m_mutex);
+    return replaceAllLocked(text, grow, 0);
+}
+
+std::string TokenTable::replaceAllLocked(std::string_view text, bool grow, int depth) const {
+    // A token is made from a text that exists before it, so nesting is shallow; the bound
+    // only guards against a table filled by hand with a cycle.
+    constexpr int MaxNesting = 8;
     std::string out;
     out.reserve(text.size());
     std::size_t pos = 0;
@@ -106,7 +113,7 @@ std::string TokenTable::replaceAll(std::string_view text, bool grow) const {
             continue;
         }
         if (grow) {
-            out += *expanded;
+            out += depth < MaxNesting ? replaceAllLocked(*expanded, grow, depth + 1) : *expanded;
         } else {
             const std::size_t kept = utf8PrefixLength(*expanded, TokenLength);
             out.append(*expanded, 0, kept);

@@ -46,13 +46,15 @@ public:
     // `text` with every registered token in it replaced by its long string. With
     // `grow` false each token is replaced by the first TokenLength bytes of its long
     // string instead (cut at a character boundary, blank padded), so that the text keeps
-    // its length and fixed-width columns stay aligned.
+    // its length and fixed-width columns stay aligned. Growing also replaces the tokens in
+    // the long strings (a title made into a token may name a variable by its token).
     std::string replaceAll(std::string_view text, bool grow) const;
 
     std::size_t size() const;
 
 private:
     std::optional<std::string> lookupLocked(std::string_view token) const;
+    std::string replaceAllLocked(std::string_view text, bool grow, int depth) const;
 
     mutable std::mutex m_mutex;
     std::unordered_map<std::string, std::uint32_t> m_numbers;
