@@ -12,6 +12,8 @@
 // positions that DrillDownCategory takes back.
 
 #include <algorithm>
+#include <cctype>
+#include <climits>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -91,6 +93,14 @@ bool HasCurrentDrillDown(const CDrillDown& analysis) {
     int type = 0, count = 0, atMinimum = 0;
     double step = 0, start = 0;
     return analysis.GetDrillMethod(type, count, atMinimum, step, start) >= 0;
+}
+
+// Brings the counts of the current variable's categories up to date, as the drill-down
+// command does before it offers them: interval categories are counted only when asked for,
+// and a changed option asks for a new scan. Until then their rows would all look empty.
+void CountCurrentCategories(CDrillDown& analysis) {
+    if (analysis.NeedsRescan == 1 || analysis.GetCurrentIsset() == 0)
+        analysis.ReadBeforeDrill(0);
 }
 
 } // namespace
@@ -410,7 +420,8 @@ HRESULT CDDNStartupDlg::put_DrillDownCategory(const VARIANT& value) {
     if (symbol == CLittleParser::SymNumber) {
         const long row = parser.GetLastNumber();
         const unsigned char next = parser.GetSymbol();
-        if (next != CLittleParser::SymEnd && next != ':')
+        // A number beyond the range of a position must not wrap round to a valid row.
+        if ((next != CLittleParser::SymEnd && next != ':') || row < INT_MIN || row > INT_MAX)
             return ReportError(("\"" + text + "\" is no category position.").c_str());
         m_pDrill->SetSelected(static_cast<int>(row));
         return S_OK;
@@ -420,6 +431,7 @@ HRESULT CDDNStartupDlg::put_DrillDownCategory(const VARIANT& value) {
     if (!HasCurrentDrillDown(*m_pDrill))
         return ReportError("There is no current drill-down variable.");
     const std::string& wanted = parser.GetLastTextVal();
+    CountCurrentCategories(*m_pDrill);
     const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     if (SameText(wanted, ModuleString(StrMissingRow))) {
         m_pDrill->SetSelected(static_cast<int>(rows.Names.size()));
@@ -441,6 +453,7 @@ HRESULT CDDNStartupDlg::get_DrillDownCategory(BSTR* value) {
         return ReportError("No category is chosen.");
     if (m_pDrill->GetCurrentMethod() != 0)
         return GiveText(std::to_string(row), value);
+    CountCurrentCategories(*m_pDrill);
     const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     const bool named = row >= 0 && row < static_cast<int>(rows.Names.size());
     return GiveText(named ? rows.Names[row] : ModuleString(StrMissingRow), value);
@@ -449,6 +462,7 @@ HRESULT CDDNStartupDlg::get_DrillDownCategory(BSTR* value) {
 HRESULT CDDNStartupDlg::get_CategorySelections(BSTR* value) {
     if (m_pDrill->GetDrillDownsSize() == 0 || m_pDrill->GetSelected() == -1)
         return ReportError("No category is chosen.");
+    CountCurrentCategories(*m_pDrill);
     const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     std::string text;
     for (std::size_t row = 0; row < rows.Names.size(); ++row)
