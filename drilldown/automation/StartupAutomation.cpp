@@ -95,14 +95,6 @@ bool HasCurrentDrillDown(const CDrillDown& analysis) {
     return analysis.GetDrillMethod(type, count, atMinimum, step, start) >= 0;
 }
 
-// Brings the counts of the current variable's categories up to date, as the drill-down
-// command does before it offers them: interval categories are counted only when asked for,
-// and a changed option asks for a new scan. Until then their rows would all look empty.
-void CountCurrentCategories(CDrillDown& analysis) {
-    if (analysis.NeedsRescan == 1 || analysis.GetCurrentIsset() == 0)
-        analysis.ReadBeforeDrill(0);
-}
-
 } // namespace
 
 // ---- IUnknown, IDispatch, ISupportErrorInfo -----------------------------------------------
@@ -284,10 +276,12 @@ HRESULT CDDNStartupDlg::InvokeControlMember(int control, const DispatchCall& cal
             return got;
         }
         default: {
-            // A result: the command runs; its document is reached through the host's output.
-            const HRESULT pressed = SetOleProperty(control);
-            *result = COleVariant(static_cast<IDispatch*>(nullptr)).Detach();
-            return pressed;
+            // A result: the command runs and gives back the first document it made.
+            IDispatch* document = nullptr;
+            const HRESULT made = GetOleProperty(control, &document);
+            result->vt = VT_DISPATCH;
+            result->pdispVal = document; // the caller takes over the reference
+            return made;
         }
         }
     }
@@ -431,7 +425,7 @@ HRESULT CDDNStartupDlg::put_DrillDownCategory(const VARIANT& value) {
     if (!HasCurrentDrillDown(*m_pDrill))
         return ReportError("There is no current drill-down variable.");
     const std::string& wanted = parser.GetLastTextVal();
-    CountCurrentCategories(*m_pDrill);
+    m_pDrill->CountCategoriesIfOwed();
     const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     if (SameText(wanted, ModuleString(StrMissingRow))) {
         m_pDrill->SetSelected(static_cast<int>(rows.Names.size()));
@@ -453,7 +447,7 @@ HRESULT CDDNStartupDlg::get_DrillDownCategory(BSTR* value) {
         return ReportError("No category is chosen.");
     if (m_pDrill->GetCurrentMethod() != 0)
         return GiveText(std::to_string(row), value);
-    CountCurrentCategories(*m_pDrill);
+    m_pDrill->CountCategoriesIfOwed();
     const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     const bool named = row >= 0 && row < static_cast<int>(rows.Names.size());
     return GiveText(named ? rows.Names[row] : ModuleString(StrMissingRow), value);
@@ -462,7 +456,7 @@ HRESULT CDDNStartupDlg::get_DrillDownCategory(BSTR* value) {
 HRESULT CDDNStartupDlg::get_CategorySelections(BSTR* value) {
     if (m_pDrill->GetDrillDownsSize() == 0 || m_pDrill->GetSelected() == -1)
         return ReportError("No category is chosen.");
-    CountCurrentCategories(*m_pDrill);
+    m_pDrill->CountCategoriesIfOwed();
     const CDrillDown::CategoryRowList rows = m_pDrill->CategoryRows();
     std::string text;
     for (std::size_t row = 0; row < rows.Names.size(); ++row)
@@ -499,7 +493,7 @@ HRESULT CDDNStartupDlg::put_UserDefinedBoundaries(const VARIANT& value) {
     unsigned char symbol = parser.GetSymbol();
     for (; symbol == CLittleParser::SymNumber; symbol = parser.GetSymbol())
         limits.push_back(parser.GetLastDouble());
-    if (symbol != CLittleParser::SymEnd)
+    if (symbol != CLittleParser::SymEnd || limits.empty())
         return ReportError(("\"" + text + "\" is no list of numbers.").c_str());
     if (limits.size() > static_cast<std::size_t>(MaxUserLimits))
         return ReportError(("At most " + std::to_string(MaxUserLimits) +

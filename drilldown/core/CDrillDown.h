@@ -145,6 +145,9 @@ public:
         int Count() const { return static_cast<int>(Names.size()) + (MissingRow ? 1 : 0); }
     };
     CategoryRowList CategoryRows() const;
+    // Counts the current variable's categories in the current subset when a pending change
+    // or a drill step left them uncounted, as a drill-down does before it offers them.
+    void CountCategoriesIfOwed();
     short SetCurrentUpItem(short position);
     short GetCurrentUpItem();
 

@@ -203,6 +203,13 @@ CDrillDown::CategoryRowList CDrillDown::CategoryRows() const {
     return rows;
 }
 
+void CDrillDown::CountCategoriesIfOwed() {
+    if (NeedsRescan == 1)
+        ReadAfterDrill(0);
+    if (GetCurrentIsset() == 0)
+        ReadBeforeDrill(0);
+}
+
 int CDrillDown::SetSelectedItem(int row) {
     Selected = PositionOfRow(CurrentRecord()->Categories, row).position;
     return Selected;

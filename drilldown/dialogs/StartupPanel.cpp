@@ -318,10 +318,7 @@ long CDDNStartupDlg::DrillDownCommand(HWND dialog) {
         EarlyRecordState(GroupDrillVariables);
         EarlyRecordState(GroupDrillDownStatistics);
     }
-    if (drill.NeedsRescan == 1)
-        drill.ReadAfterDrill(0);
-    if (drill.GetCurrentIsset() == 0)
-        drill.ReadBeforeDrill(0);
+    drill.CountCategoriesIfOwed();
     if (macro) {
         EarlyRecordState(GroupDrillOperations);
         // The macro's category must be a row that the category dialog would offer.

@@ -94,6 +94,17 @@ HRESULT CAnalysisDialogAutomationOptions::GetOleProperty(int id, BSTR* value) {
     return result;
 }
 
+HRESULT CAnalysisDialogAutomationOptions::GetOleProperty(int id, IDispatch** value) {
+    if (value == nullptr)
+        return E_POINTER;
+    *value = nullptr;
+    COleVariant read;
+    const HRESULT result = GetValue(id, VT_DISPATCH, &read);
+    if (SUCCEEDED(result) && read.vt == VT_DISPATCH)
+        *value = read.Detach().pdispVal;
+    return result;
+}
+
 HRESULT CAnalysisDialogAutomationOptions::SetOleProperty(int id) {
     return Controls().SetControlValue(m_hWnd, id, nullptr);
 }

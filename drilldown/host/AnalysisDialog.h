@@ -170,6 +170,9 @@ public:
     HRESULT GetOleProperty(int id, int* value);
     HRESULT GetOleProperty(int id, double* value);
     HRESULT GetOleProperty(int id, BSTR* value);
+    // Runs the result button and gives the first document it made (null when none), with
+    // a reference for the caller.
+    HRESULT GetOleProperty(int id, IDispatch** value);
     HRESULT SetOleProperty(int id);
     HRESULT SetOleProperty(int id, int value);
     HRESULT SetOleProperty(int id, double value);

@@ -135,7 +135,9 @@ public:
     virtual int OpenVmkFile(HWND parent) = 0;
 
     // ---- Automation access to controls ----
-    // Reads control `id` as a value of `type` (VT_I4, VT_R8 or VT_BSTR) into *value.
+    // Reads control `id` as a value of `type` (VT_I4, VT_R8, VT_BSTR) into *value; for
+    // VT_DISPATCH, presses the result button and gives the first document it made, or no
+    // object when it made none.
     virtual HRESULT GetControlValue(HWND dialog, int id, VARTYPE type, VARIANT* value) = 0;
     // Writes control `id` as the user would; a null value presses it.
     virtual HRESULT SetControlValue(HWND dialog, int id, const VARIANT* value) = 0;

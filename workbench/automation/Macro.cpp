@@ -187,9 +187,15 @@ void MacroRunner::runOne(const MacroStatement& statement) {
     case MacroStatement::Kind::Call:
         m_dispatcher.callOrGet(m_object, statement.member);
         return;
-    case MacroStatement::Kind::Print:
-        m_out << macroValueText(m_dispatcher.get(m_object, statement.member)) << '\n';
+    case MacroStatement::Kind::Print: {
+        const COleVariant value = m_dispatcher.get(m_object, statement.member);
+        // An object is shown by its name, as a document is by its title.
+        if (value.vt == VT_DISPATCH && value.pdispVal != nullptr)
+            m_out << macroValueText(m_dispatcher.get(value.pdispVal, "Name")) << '\n';
+        else
+            m_out << macroValueText(value) << '\n';
         return;
+    }
     case MacroStatement::Kind::Dump:
         m_out << (m_hooks.dump ? m_hooks.dump() : std::string()) << '\n';
         return;

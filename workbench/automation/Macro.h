@@ -4,7 +4,7 @@
 //   Member = value     a put; value is text in double quotes ("" stands for one quote),
 //                      a whole number, a real number, True or False
 //   Member             a method, or the get of a member that only gives (a result)
-//   Print Member       prints the value that the get gives
+//   Print Member       prints the value that the get gives; an object by its Name
 //   Dump               prints the state of the analysis
 //   ' comment          from ' to the end of the line, outside quotes; blank lines are skipped
 //
@@ -44,7 +44,7 @@ std::vector<MacroStatement> parseMacro(std::istream& input, const std::string& n
                                        BstrAllocator& strings);
 
 // How a value reads in Print: text as it is, numbers in their shortest form, True/False,
-// "Nothing" for an empty object.
+// "Nothing" for an empty object. (Print shows an object by its Name.)
 std::string macroValueText(const VARIANT& value);
 
 class MacroRunner {

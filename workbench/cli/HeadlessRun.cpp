@@ -20,6 +20,9 @@ HeadlessRun::HeadlessRun(const RunSetup& setup)
     m_host.setOutput(&m_output);
     m_host.setAutomation(&m_automation);
     m_dialogs.setAutomation(&m_automation);
+    m_dialogs.setOutput(&m_output);
+    m_dialogs.setNewFile(&m_newFile);
+    m_output.setAutomation(&m_automation);
     m_output.setSink(&m_folder);
     // The loader takes the services as they stand, so it comes after all are set.
     m_loader = std::make_unique<ModuleLoader>(m_host.services());

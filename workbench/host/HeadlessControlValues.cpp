@@ -94,6 +94,8 @@ HRESULT HeadlessDialogs::GetControlValue(HWND dialog, int id, VARTYPE type, VARI
         *value = made.Detach();
         return S_OK;
     }
+    if (type == VT_DISPATCH)
+        return pressForDocument(dialog, id, value);
     if (type != VT_I4 && type != VT_R8)
         return fail(DISP_E_TYPEMISMATCH, "Control " + std::to_string(id) + " cannot be read so.");
     double number = 0;
@@ -112,6 +114,30 @@ HRESULT HeadlessDialogs::GetControlValue(HWND dialog, int id, VARTYPE type, VARI
     } else {
         value->vt = VT_R8;
         value->dblVal = number;
+    }
+    return S_OK;
+}
+
+HRESULT HeadlessDialogs::pressForDocument(HWND dialog, int id, VARIANT* value) {
+    const ControlState& control = m_model.state(dialog, id);
+    if (control.kind != ControlKind::Button)
+        return fail(DISP_E_TYPEMISMATCH,
+                    "Control " + std::to_string(id) + quotedText(control) + " gives no document.");
+    if (!control.enabled)
+        return fail(E_FAIL, "Control " + std::to_string(id) + quotedText(control) +
+                                " is disabled now.");
+    const std::size_t tables = m_output != nullptr ? m_output->documents().size() : 0;
+    const std::size_t files = m_newFile != nullptr ? m_newFile->finishedFiles().size() : 0;
+    clickControl(dialog, id);
+    value->vt = VT_DISPATCH;
+    value->pdispVal = nullptr;
+    if (m_output != nullptr && m_output->documents().size() > tables) {
+        value->pdispVal = m_output->documentObject(tables);
+    } else if (m_newFile != nullptr && m_automation != nullptr &&
+               m_newFile->finishedFiles().size() > files) {
+        auto saved = std::make_shared<DocumentState>();
+        saved->name = m_newFile->finishedFiles()[files];
+        value->pdispVal = NewDocumentObject(*m_automation, std::move(saved));
     }
     return S_OK;
 }

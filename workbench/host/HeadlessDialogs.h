@@ -28,6 +28,8 @@
 #include "drilldown/host/HostDialogs.h"
 #include "workbench/data/DataFile.h"
 #include "workbench/host/ControlModel.h"
+#include "workbench/host/HeadlessNewFile.h"
+#include "workbench/host/HeadlessOutput.h"
 #include "workbench/host/KeywordStore.h"
 
 namespace wb {
@@ -213,6 +215,13 @@ public:
     // The automation runtime that value errors are reported through; without one, failures
     // come back without an error object.
     void setAutomation(HostAutomation* automation) { m_automation = automation; }
+    // The output whose documents the result buttons make: each command's documents are
+    // tagged with its control id, and a result read through automation (VT_DISPATCH) presses
+    // the button and gives the first document it made, or no object when it made none.
+    void setOutput(HeadlessOutput* output) { m_output = output; }
+    // The new files that a result button may save instead (the subset): a command that made
+    // no table but finished a file gives a document named by the file's path.
+    void setNewFile(const HeadlessNewFile* newFile) { m_newFile = newFile; }
 
 private:
     struct Window {
@@ -241,6 +250,7 @@ private:
     HRESULT writeVariableLists(HWND dialog, int id, const std::string& text);
     HRESULT writeEdit(HWND dialog, int id, const VARIANT& value);
     HRESULT writeCheck(HWND dialog, int id, const VARIANT& value);
+    HRESULT pressForDocument(HWND dialog, int id, VARIANT* value);
     struct VariableChoice {
         std::vector<short> first;
         std::vector<short> second;
@@ -270,6 +280,8 @@ private:
     std::pair<HWND, int> m_command{nullptr, 0};
     std::map<std::pair<HWND, int>, std::string> m_variableLists;
     HostAutomation* m_automation = nullptr;
+    HeadlessOutput* m_output = nullptr;
+    const HeadlessNewFile* m_newFile = nullptr;
 };
 
 } // namespace wb

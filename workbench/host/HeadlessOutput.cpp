@@ -178,6 +178,11 @@ short HeadlessOutput::looka4(void* values, char* texts, const char* colFormat, c
             }
         }
 
+        auto state = std::make_shared<DocumentState>();
+        state->number = table.number;
+        state->name = table.title;
+        state->list = m_list;
+        m_states.push_back(std::move(state));
         m_documents.push_back(std::move(table));
         if (m_sink != nullptr)
             m_sink->addTable(m_documents.back());
@@ -186,6 +191,18 @@ short HeadlessOutput::looka4(void* values, char* texts, const char* colFormat, c
         m_lastError = error.what();
         return 0;
     }
+}
+
+void HeadlessOutput::setAutomation(HostAutomation* automation) {
+    m_automation = automation;
+    if (automation != nullptr)
+        RegisterDocumentTypeLib(*automation);
+}
+
+IDispatch* HeadlessOutput::documentObject(std::size_t index) const {
+    if (m_automation == nullptr || index >= m_states.size())
+        return nullptr;
+    return NewDocumentObject(*m_automation, m_states[index]);
 }
 
 } // namespace wb

@@ -26,10 +26,13 @@
 // sink that throws gives 0 too; the document stays in documents() and keeps its number.
 // Either way lastError() tells why, until clearError(). No exception leaves looka4.
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "drilldown/host/HostServices.h"
+#include "drilldown/host/HostAutomation.h"
+#include "workbench/documents/DocumentObject.h"
 #include "workbench/documents/DocumentSink.h"
 #include "workbench/documents/TableDocument.h"
 #include "workbench/host/TokenTable.h"
@@ -52,6 +55,16 @@ public:
 
     // Every table of the session, numbered from 1 in the order made.
     const std::vector<TableDocument>& documents() const { return m_documents; }
+
+    // The runtime of the documents' automation objects; registers their type library.
+    void setAutomation(HostAutomation* automation);
+    // A new automation object of documents()[index], with one reference for the caller;
+    // null without a runtime or for an index out of range.
+    IDispatch* documentObject(std::size_t index) const;
+    // What the documents' automation objects wrote, by index.
+    const DocumentState& documentState(std::size_t index) const { return *m_states.at(index); }
+    // The number of the document activated last, 0 for none.
+    int activeDocument() const { return m_list->active; }
     // Why the latest failed looka4 failed; empty when none failed since clearError.
     const std::string& lastError() const { return m_lastError; }
     void clearError() { m_lastError.clear(); }
@@ -77,6 +90,9 @@ private:
     const VmkTag* m_vmk = nullptr;
     int m_command = 0;
     std::vector<TableDocument> m_documents;
+    std::vector<std::shared_ptr<DocumentState>> m_states; // one per document
+    std::shared_ptr<DocumentList> m_list = std::make_shared<DocumentList>();
+    HostAutomation* m_automation = nullptr;
     std::string m_lastError;
 };
 

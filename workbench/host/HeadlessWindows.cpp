@@ -60,13 +60,20 @@ long HeadlessDialogs::deliver(HWND dialog, unsigned message, unsigned long wPara
     CAnalysisDialog* owner = target->owner;
     return dispatch([&] {
         const auto previous = m_command;
-        if (message == WM_COMMAND)
+        if (message == WM_COMMAND) {
             m_command = {dialog, LowWord(wParam)};
+            if (m_output != nullptr)
+                m_output->setCurrentCommand(m_command.second);
+        }
         struct Restore {
-            std::pair<HWND, int>& command;
+            HeadlessDialogs& host;
             std::pair<HWND, int> previous;
-            ~Restore() { command = previous; }
-        } restore{m_command, previous};
+            ~Restore() {
+                host.m_command = previous;
+                if (host.m_output != nullptr)
+                    host.m_output->setCurrentCommand(previous.second);
+            }
+        } restore{*this, previous};
         return owner->EventHandler(dialog, message, wParam, lParam);
     });
 }

@@ -28,13 +28,6 @@ void DrillSession::selectDrillDown(short variable) {
     syncCurrentVariables();
 }
 
-void DrillSession::countCategoriesIfOwed() {
-    if (m_analysis.NeedsRescan == 1)
-        m_analysis.ReadAfterDrill(0);
-    if (m_analysis.GetCurrentIsset() == 0)
-        m_analysis.ReadBeforeDrill(0);
-}
-
 std::vector<std::string> DrillSession::currentCategoryRows() const {
     const CDrillDown::CategoryRowList list = m_analysis.CategoryRows();
     std::vector<std::string> rows = list.Names;
@@ -45,13 +38,13 @@ std::vector<std::string> DrillSession::currentCategoryRows() const {
 
 std::vector<std::string> DrillSession::categoryRows(short variable) {
     selectDrillDown(variable);
-    countCategoriesIfOwed();
+    m_analysis.CountCategoriesIfOwed();
     return currentCategoryRows();
 }
 
 void DrillSession::drillDown(short variable, int row) {
     selectDrillDown(variable);
-    countCategoriesIfOwed();
+    m_analysis.CountCategoriesIfOwed();
     const std::vector<std::string> rows = currentCategoryRows();
     if (row < 0 || row >= static_cast<int>(rows.size()))
         throw DrillError("variable " + m_analysis.GetCurrentVariableName() + " has no category row " +

@@ -36,7 +36,6 @@ public:
 private:
     // Makes the variable current as a click on its row of the drill-down list does.
     void selectDrillDown(short variable);
-    void countCategoriesIfOwed();
     std::vector<std::string> currentCategoryRows() const;
     // Takes the current variables from the selections of the two lists.
     void syncCurrentVariables();

@@ -124,6 +124,26 @@ TEST_F(MacroCommand, TheRunEndsAsOKDoes) {
     EXPECT_EQ(next.out, "1\n");
 }
 
+// A result member gives back the first document its command made, named by its title, and
+// the document remembers which button made it.
+TEST_F(MacroCommand, ResultsGiveTheirDocument) {
+    const CliRun result = run("Variables = \"SEX | AGE\"\n"
+                              "DrillDownVariable = \"SEX\"\n"
+                              "DrillDownCategory = 0\n"
+                              "DrillDown\n"
+                              "Print Summary\n"
+                              "Print Descriptives\n"
+                              "Print Save\n");
+    ASSERT_EQ(result.status, 0) << result.err;
+    const std::string out = dir.path("out");
+    EXPECT_EQ(result.out.substr(0, result.out.find("\nWrote")),
+              "Synthèse de l'analyse drill-down\nStatistiques descriptives\n" + out +
+                  "/subset-001.ddf\n");
+    const auto summary =
+        nlohmann::json::parse(readFile(out + "/001-synthese-de-l-analyse-drill-down.json"));
+    EXPECT_EQ(summary["command"], 9058);
+}
+
 TEST_F(MacroCommand, DemoTakesTheTour) {
     const std::string out = dir.path("demo");
     const CliRun result = runCli("demo --out " + out);

@@ -1,0 +1,86 @@
+// Result documents as automation objects: their properties, their window, and their life
+// beyond the output that made them.
+#include <gtest/gtest.h>
+
+#include "drilldown/host/CAnalysisSupport.h"
+#include "workbench/automation/Dispatcher.h"
+#include "workbench/automation/HeadlessAutomation.h"
+#include "workbench/documents/DocumentObject.h"
+
+namespace {
+
+class DocumentObjectTest : public ::testing::Test {
+protected:
+    DocumentObjectTest() {
+        EXPECT_EQ(wb::RegisterDocumentTypeLib(automation), S_OK);
+        state->number = 3;
+        state->name = "Statistiques descriptives";
+        state->list = list;
+        document = wb::NewDocumentObject(automation, state);
+    }
+    ~DocumentObjectTest() override {
+        document->Release();
+        EXPECT_EQ(automation.outstandingStrings(), 0u);
+    }
+    LONG number(IDispatch* object, const char* member) {
+        return dispatcher.get(object, member).lVal;
+    }
+
+    wb::HeadlessAutomation automation;
+    wb::Dispatcher dispatcher{automation};
+    std::shared_ptr<wb::DocumentList> list = std::make_shared<wb::DocumentList>();
+    std::shared_ptr<wb::DocumentState> state = std::make_shared<wb::DocumentState>();
+    IDispatch* document = nullptr;
+};
+
+TEST_F(DocumentObjectTest, PropertiesReadAndWriteTheDocumentsState) {
+    EXPECT_EQ(BstrView(dispatcher.get(document, "name").bstrVal), "Statistiques descriptives");
+    EXPECT_EQ(number(document, "Saved"), 1);
+    EXPECT_EQ(number(document, "Visible"), 1);
+    dispatcher.put(document, "Visible", COleVariant(false));
+    dispatcher.put(document, "Saved", COleVariant(static_cast<LONG>(0)));
+    EXPECT_FALSE(state->visible);
+    EXPECT_FALSE(state->saved);
+    EXPECT_EQ(number(document, "Visible"), 0);
+    dispatcher.call(document, "Activate");
+    EXPECT_EQ(list->active, 3);
+    EXPECT_THROW(dispatcher.put(document, "Name", COleVariant(static_cast<LONG>(1))),
+                 wb::AutomationError);
+}
+
+TEST_F(DocumentObjectTest, WindowKeepsItsPlaceAndState) {
+    const COleVariant window = dispatcher.get(document, "Window");
+    ASSERT_EQ(window.vt, VT_DISPATCH);
+    const struct {
+        const char* member;
+        LONG value;
+        int wb::DocumentWindowState::*field;
+    } fields[] = {{"Left", 10, &wb::DocumentWindowState::left},
+                  {"Top", -20, &wb::DocumentWindowState::top},
+                  {"Width", 800, &wb::DocumentWindowState::width},
+                  {"Height", 300, &wb::DocumentWindowState::height},
+                  {"State", 2, &wb::DocumentWindowState::state}};
+    for (const auto& f : fields) {
+        dispatcher.put(window.pdispVal, f.member, COleVariant(f.value));
+        EXPECT_EQ(state->window.*f.field, f.value) << f.member;
+        EXPECT_EQ(number(window.pdispVal, f.member), f.value) << f.member;
+    }
+    // Impossible values are refused and change nothing.
+    for (const auto& [member, value] : {std::pair{"State", 3}, {"State", -1}, {"Width", -5}}) {
+        EXPECT_THROW(dispatcher.put(window.pdispVal, member, COleVariant(static_cast<LONG>(value))),
+                     wb::AutomationError);
+    }
+    EXPECT_EQ(state->window.state, 2);
+    EXPECT_EQ(state->window.width, 800);
+}
+
+TEST_F(DocumentObjectTest, ObjectOutlivesItsOutput) {
+    IDispatch* kept = wb::NewDocumentObject(automation, state);
+    state.reset();
+    list.reset();
+    EXPECT_EQ(BstrView(dispatcher.get(kept, "Name").bstrVal), "Statistiques descriptives");
+    dispatcher.call(kept, "Activate");
+    EXPECT_EQ(kept->Release(), 0u);
+}
+
+} // namespace
