@@ -85,6 +85,7 @@ inline constexpr HRESULT DISP_E_BADVARTYPE = MakeHResult(0x80020008u);
 inline constexpr HRESULT DISP_E_EXCEPTION = MakeHResult(0x80020009u);
 inline constexpr HRESULT DISP_E_OVERFLOW = MakeHResult(0x8002000Au);
 inline constexpr HRESULT DISP_E_BADPARAMCOUNT = MakeHResult(0x8002000Eu);
+inline constexpr HRESULT CONNECT_E_NOCONNECTION = MakeHResult(0x80040200u);
 
 // ---- GUIDs -------------------------------------------------------------------------------
 
@@ -145,6 +146,9 @@ inline constexpr IID IID_IDispatch = MakeGuid("00020400-0000-0000-C000-000000000
 inline constexpr IID IID_ISupportErrorInfo = MakeGuid("DF0B3D60-548F-101B-8E65-08002B2BD119");
 inline constexpr IID IID_IErrorInfo = MakeGuid("1CF2B120-547D-101B-8E65-08002B2BD119");
 inline constexpr IID IID_ICreateErrorInfo = MakeGuid("22F03340-547D-101B-8E65-08002B2BD119");
+inline constexpr IID IID_IConnectionPointContainer =
+    MakeGuid("B196B284-BAB4-101A-B69C-00AA00341D07");
+inline constexpr IID IID_IConnectionPoint = MakeGuid("B196B286-BAB4-101A-B69C-00AA00341D07");
 
 // ---- Interfaces --------------------------------------------------------------------------
 // An object is destroyed by its last Release, never through an interface pointer: the
@@ -255,6 +259,34 @@ public:
 
 protected:
     ~ISupportErrorInfo() = default;
+};
+
+class IConnectionPoint;
+
+// Answered by an object that raises events: it gives the connection point of an event
+// interface.
+class IConnectionPointContainer : public IUnknown {
+public:
+    // The point of event interface `iid`, with a reference for the caller;
+    // CONNECT_E_NOCONNECTION when the object raises no such events.
+    virtual HRESULT FindConnectionPoint(REFIID iid, IConnectionPoint** point) = 0;
+
+protected:
+    ~IConnectionPointContainer() = default;
+};
+
+// Where event sinks are connected: each sink is an IDispatch of the event interface, called
+// with the event's identifier.
+class IConnectionPoint : public IUnknown {
+public:
+    virtual HRESULT GetConnectionInterface(IID* iid) = 0;
+    // Connects `sink` (it must answer IDispatch) and gives a cookie for Unadvise.
+    virtual HRESULT Advise(IUnknown* sink, DWORD* cookie) = 0;
+    // CONNECT_E_NOCONNECTION for a cookie that names no connection.
+    virtual HRESULT Unadvise(DWORD cookie) = 0;
+
+protected:
+    ~IConnectionPoint() = default;
 };
 
 // True when `object` promises error objects for failures of interface `iid`.

@@ -1,5 +1,8 @@
 #include "workbench/documents/DocumentObject.h"
 
+#include <algorithm>
+#include <atomic>
+
 #include "workbench/automation/AutomationObject.h"
 
 namespace wb {
@@ -69,10 +72,85 @@ private:
     std::shared_ptr<DocumentState> m_state;
 };
 
-class DocumentObject final : public AutomationObject {
+// The point where the sinks of a document's close event connect.
+class ClosePoint final : public IConnectionPoint {
+public:
+    explicit ClosePoint(std::shared_ptr<DocumentState> state) : m_state(std::move(state)) {}
+
+    HRESULT QueryInterface(REFIID iid, void** object) override {
+        if (object == nullptr)
+            return E_POINTER;
+        if (iid != IID_IUnknown && iid != IID_IConnectionPoint) {
+            *object = nullptr;
+            return E_NOINTERFACE;
+        }
+        *object = static_cast<IConnectionPoint*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG AddRef() override { return ++m_references; }
+    ULONG Release() override {
+        const ULONG left = --m_references;
+        if (left == 0)
+            delete this;
+        return left;
+    }
+    HRESULT GetConnectionInterface(IID* iid) override {
+        if (iid == nullptr)
+            return E_POINTER;
+        *iid = IID_WorkbenchDocumentEvents;
+        return S_OK;
+    }
+    HRESULT Advise(IUnknown* sink, DWORD* cookie) override {
+        if (sink == nullptr || cookie == nullptr)
+            return E_POINTER;
+        void* dispatch = nullptr;
+        if (FAILED(sink->QueryInterface(IID_IDispatch, &dispatch)) || dispatch == nullptr)
+            return E_NOINTERFACE;
+        *cookie = ++m_state->lastCookie;
+        m_state->sinks.emplace_back(*cookie, static_cast<IDispatch*>(dispatch));
+        return S_OK;
+    }
+    HRESULT Unadvise(DWORD cookie) override {
+        auto& sinks = m_state->sinks;
+        const auto found = std::find_if(sinks.begin(), sinks.end(),
+                                        [&](const auto& entry) { return entry.first == cookie; });
+        if (found == sinks.end())
+            return CONNECT_E_NOCONNECTION;
+        IDispatch* sink = found->second;
+        sinks.erase(found);
+        sink->Release();
+        return S_OK;
+    }
+
+private:
+    ~ClosePoint() = default;
+    std::shared_ptr<DocumentState> m_state;
+    std::atomic<ULONG> m_references{1};
+};
+
+class DocumentObject final : public AutomationObject, public IConnectionPointContainer {
 public:
     DocumentObject(HostAutomation& automation, std::shared_ptr<DocumentState> state)
         : AutomationObject(automation, IID_WorkbenchDocument), m_state(std::move(state)) {}
+
+    HRESULT QueryInterface(REFIID iid, void** object) override {
+        if (object != nullptr && iid == IID_IConnectionPointContainer) {
+            *object = static_cast<IConnectionPointContainer*>(this);
+            AddRef();
+            return S_OK;
+        }
+        return AutomationObject::QueryInterface(iid, object);
+    }
+    ULONG AddRef() override { return AutomationObject::AddRef(); }
+    ULONG Release() override { return AutomationObject::Release(); }
+
+    HRESULT FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
+        if (point == nullptr)
+            return E_POINTER;
+        *point = iid == IID_WorkbenchDocumentEvents ? new ClosePoint(m_state) : nullptr;
+        return *point != nullptr ? S_OK : CONNECT_E_NOCONNECTION;
+    }
 
 protected:
     HRESULT invokeMember(DISPID id, const DispatchCall& call, VARIANT* result) override {
@@ -108,6 +186,28 @@ private:
 };
 
 } // namespace
+
+DocumentState::~DocumentState() {
+    for (const auto& [cookie, sink] : sinks)
+        sink->Release();
+}
+
+void CloseDocument(DocumentState& state) {
+    if (state.closed)
+        return;
+    state.closed = true;
+    state.visible = false;
+    // A sink may disconnect while it is told: each is held for its call.
+    const auto sinks = state.sinks;
+    for (const auto& [cookie, sink] : sinks)
+        sink->AddRef();
+    for (const auto& [cookie, sink] : sinks) {
+        DISPPARAMS none;
+        sink->Invoke(DocumentClosedEvent, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr,
+                     nullptr);
+        sink->Release();
+    }
+}
 
 HRESULT RegisterDocumentTypeLib(HostAutomation& automation) {
     return automation.RegisterTypeLib(Library);

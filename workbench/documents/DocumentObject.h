@@ -6,6 +6,10 @@
 //   DocumentWindow:  Left, Top, Width, Height (pixels), State (0 normal, 1 minimised,
 //                    2 maximised)
 //
+// A document raises one event, its close: sinks connected through IConnectionPointContainer
+// to the event interface are called with identifier DocumentClosedEvent and no arguments
+// when CloseDocument closes it (the user closed its window).
+//
 // A headless document is written to its folder as it is made, so it starts saved and
 // visible; the properties keep what a macro writes, for the front ends and for the
 // tracking of result windows to read. Flags read as 1 or 0 and take any number, non-zero
@@ -14,14 +18,20 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "drilldown/host/HostAutomation.h"
 
 namespace wb {
 
-inline constexpr IID IID_WorkbenchDocument = MakeGuid("6D0C7A10-5E1B-4C2A-9B3E-2F6A1D0C7A10");
+// The interfaces of a table document, of its events and of a document's window.
+inline constexpr IID IID_WorkbenchDocument = MakeGuid("C9E2A006-3D45-11D4-9FF4-00C04FA0D540");
+inline constexpr IID IID_WorkbenchDocumentEvents =
+    MakeGuid("C9E2A007-3D45-11D4-9FF4-00C04FA0D540");
 inline constexpr IID IID_WorkbenchDocumentWindow =
-    MakeGuid("6D0C7A11-5E1B-4C2A-9B3E-2F6A1D0C7A11");
+    MakeGuid("C9E2A01B-3D45-11D4-9FF4-00C04FA0D540");
+inline constexpr DISPID DocumentClosedEvent = 12;
 inline constexpr GUID LIBID_WorkbenchDocuments = MakeGuid("6D0C7A12-5E1B-4C2A-9B3E-2F6A1D0C7A12");
 
 struct DocumentWindowState {
@@ -38,13 +48,26 @@ struct DocumentList {
 };
 
 struct DocumentState {
+    DocumentState() = default;
+    DocumentState(const DocumentState&) = delete;
+    DocumentState& operator=(const DocumentState&) = delete;
+    ~DocumentState(); // releases the sinks still connected
+
     int number = 0;
     std::string name;
     bool saved = true;
     bool visible = true;
+    bool closed = false;
     DocumentWindowState window;
     std::shared_ptr<DocumentList> list;
+    // Sinks of the close event, by cookie; each holds one reference.
+    std::vector<std::pair<DWORD, IDispatch*>> sinks;
+    DWORD lastCookie = 0;
 };
+
+// Closes the document as its window's closing does: hidden, and every connected sink told
+// once. A closed document stays closed.
+void CloseDocument(DocumentState& state);
 
 // Registers the library of the two interfaces; the registry's result.
 HRESULT RegisterDocumentTypeLib(HostAutomation& automation);

@@ -2,6 +2,8 @@
 // beyond the output that made them.
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "drilldown/host/CAnalysisSupport.h"
 #include "workbench/automation/Dispatcher.h"
 #include "workbench/automation/HeadlessAutomation.h"
@@ -72,6 +74,72 @@ TEST_F(DocumentObjectTest, WindowKeepsItsPlaceAndState) {
     }
     EXPECT_EQ(state->window.state, 2);
     EXPECT_EQ(state->window.width, 800);
+}
+
+// A sink of the close event that counts its calls and may disconnect itself when told.
+class CloseSink final : public IDispatch {
+public:
+    HRESULT QueryInterface(REFIID iid, void** object) override {
+        if (iid != IID_IUnknown && iid != IID_IDispatch) {
+            *object = nullptr;
+            return E_NOINTERFACE;
+        }
+        *object = static_cast<IDispatch*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG AddRef() override { return ++references; }
+    ULONG Release() override { return --references; } // lives on the test's stack
+    HRESULT GetTypeInfoCount(UINT* count) override {
+        *count = 0;
+        return S_OK;
+    }
+    HRESULT GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                   UINT*) override {
+        events.push_back(id);
+        EXPECT_EQ(params->cArgs, 0u);
+        if (point != nullptr) {
+            EXPECT_EQ(point->Unadvise(cookie), S_OK);
+        }
+        return S_OK;
+    }
+
+    ULONG references = 1;
+    std::vector<DISPID> events;
+    IConnectionPoint* point = nullptr; // set: disconnects itself when told
+    DWORD cookie = 0;
+};
+
+TEST_F(DocumentObjectTest, ClosingTellsEachConnectedSinkOnce) {
+    void* container = nullptr;
+    ASSERT_EQ(document->QueryInterface(IID_IConnectionPointContainer, &container), S_OK);
+    auto* points = static_cast<IConnectionPointContainer*>(container);
+    IConnectionPoint* point = nullptr;
+    EXPECT_EQ(points->FindConnectionPoint(IID_IDispatch, &point), CONNECT_E_NOCONNECTION);
+    ASSERT_EQ(points->FindConnectionPoint(wb::IID_WorkbenchDocumentEvents, &point), S_OK);
+
+    CloseSink staying, leaving, gone;
+    DWORD stayingCookie = 0, goneCookie = 0;
+    ASSERT_EQ(point->Advise(&staying, &stayingCookie), S_OK);
+    ASSERT_EQ(point->Advise(&leaving, &leaving.cookie), S_OK);
+    ASSERT_EQ(point->Advise(&gone, &goneCookie), S_OK);
+    leaving.point = point;
+    EXPECT_EQ(point->Unadvise(goneCookie), S_OK);
+    EXPECT_EQ(point->Unadvise(goneCookie), CONNECT_E_NOCONNECTION);
+
+    wb::CloseDocument(*state);
+    wb::CloseDocument(*state); // a closed document is not closed again
+    EXPECT_EQ(staying.events, std::vector<DISPID>{wb::DocumentClosedEvent});
+    EXPECT_EQ(leaving.events, std::vector<DISPID>{wb::DocumentClosedEvent});
+    EXPECT_TRUE(gone.events.empty());
+    EXPECT_FALSE(state->visible);
+    EXPECT_EQ(leaving.references, 1u); // its connection's reference went with Unadvise
+    EXPECT_EQ(point->Unadvise(stayingCookie), S_OK);
+    EXPECT_EQ(staying.references, 1u);
+    point->Release();
+    points->Release();
 }
 
 TEST_F(DocumentObjectTest, ObjectOutlivesItsOutput) {
