@@ -193,6 +193,36 @@ short HeadlessOutput::looka4(void* values, char* texts, const char* colFormat, c
     }
 }
 
+int HeadlessOutput::NewGeneralMultipleChartLongEx(
+    const CChartInfo&, unsigned short, short, double**, int*, unsigned char*, unsigned char*,
+    unsigned char*, unsigned char*, char**, double*, char*, short, short, char*, short, short,
+    char*, short, short, double, double, double, double, double, double, char*, short, double*,
+    int, char*, short, double*, int, char*, short, double*, int, char*, short, double*, int,
+    unsigned short, short, short, unsigned short, short, short, unsigned short, short, short,
+    char*, short, int*, short, short, char**) {
+    m_lastError = "cannot show the chart: graphs are not made yet";
+    return 0;
+}
+
+int HeadlessOutput::CategorizedVarBoxAndWhisker(unsigned short, char*, char*, char*, char*, int,
+                                                short, short*, char*, CaseFilter) {
+    m_lastError = "cannot show the box plot: graphs are not made yet";
+    return 0;
+}
+
+int HeadlessOutput::CorrelationScatterplot(unsigned short, int, short, short*, short, short*,
+                                           unsigned short, double*, double*, char*, CaseFilter,
+                                           const std::string&) {
+    m_lastError = "cannot show the scatterplots: graphs are not made yet";
+    return 1;
+}
+
+int HeadlessOutput::Histogram3D(unsigned short, short, short, short, short, short*, short*, short,
+                                char*, char*, char*, char*, int, char*, CaseFilterFloat) {
+    m_lastError = "cannot show the 3D histogram: graphs are not made yet";
+    return 0;
+}
+
 void HeadlessOutput::setAutomation(HostAutomation* automation) {
     m_automation = automation;
     if (automation != nullptr)

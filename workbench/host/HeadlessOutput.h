@@ -81,6 +81,35 @@ public:
                  void* reserved3, void* reserved4, void* cellMarks, short* reserved5, short* one1,
                  short* one2) override;
 
+    // The chart calls; no graphs are made yet: each gives 0 (1 for CorrelationScatterplot,
+    // its failure value) and says so in lastError().
+    int NewGeneralMultipleChartLongEx(
+        const CChartInfo& info, unsigned short chartFlags, short seriesCount, double** data,
+        int* points, unsigned char* seriesTypes, unsigned char* seriesOptions1,
+        unsigned char* seriesOptions2, unsigned char* seriesColours, char** seriesNames,
+        double* barWidths, char* titles, short titleStride, short titleLines, char* xTitle,
+        short xTitleLength, short xTitleLines, char* yTitle, short yTitleLength,
+        short yTitleLines, double yMin, double yMax, double yStep, double xMin, double xMax,
+        double xStep, char* xLabels, short xLabelWidth, double* xLabelPositions, int xLabelCount,
+        char* yLabels, short yLabelWidth, double* yLabelPositions, int yLabelCount,
+        char* unused1, short unused2, double* unused3, int unused4, char* unused5, short unused6,
+        double* unused7, int unused8, unsigned short xAxisStyle, short xAxisOption1,
+        short xAxisOption2, unsigned short yAxisStyle, short yAxisOption1, short yAxisOption2,
+        unsigned short zAxisStyle, short zAxisOption1, short zAxisOption2, char* legend,
+        short legendItemWidth, int* seriesModes, short pointLabelSwitch, short pointLabelWidth,
+        char** pointLabels) override;
+    int CategorizedVarBoxAndWhisker(unsigned short style, char* title, char* subtitle,
+                                    char* unused1, char* unused2, int unused3, short count,
+                                    short* variables, char* unused4, CaseFilter filter) override;
+    int CorrelationScatterplot(unsigned short mode, int unused1, short firstCount, short* first,
+                               short secondCount, short* second, unsigned short unused2,
+                               double* unused3, double* unused4, char* textBuffer,
+                               CaseFilter filter, const std::string& title) override;
+    int Histogram3D(unsigned short kind, short x, short y, short unused1, short unused2,
+                    short* unused3, short* unused4, short unused5, char* title, char* unused6,
+                    char* subtitle, char* unused7, int unused8, char* unused9,
+                    CaseFilterFloat filter) override;
+
 private:
     // The text of a field of `width` bytes, decoded as told above.
     std::string fieldText(const char* field, int width) const;
