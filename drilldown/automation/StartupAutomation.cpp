@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <cctype>
 #include <climits>
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -23,6 +22,7 @@
 #include "../host/TextHelpers.h"
 #include "../resources/StringIds.h"
 #include "../resources/StringTable.h"
+#include "../results/ResultText.h"
 #include "TypeLibrary.h"
 
 namespace {
@@ -71,17 +71,6 @@ void Trim(std::string& text) {
         return;
     }
     text = text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
-}
-
-// "%f" without its trailing zeros and then without a trailing point: 12.5, 12.
-std::string ShortReal(double value) {
-    char text[400];
-    std::snprintf(text, sizeof text, "%f", value);
-    std::string shown = text;
-    shown.erase(shown.find_last_not_of('0') + 1);
-    if (!shown.empty() && shown.back() == '.')
-        shown.pop_back();
-    return shown;
 }
 
 HRESULT GiveText(const std::string& text, BSTR* value) {
@@ -477,7 +466,7 @@ HRESULT CDDNStartupDlg::get_UserDefinedBoundaries(BSTR* value) {
     const double* limits = m_pDrill->GetUserInterv();
     std::string text;
     for (int i = 0; i < m_pDrill->GetCurrentNU(); ++i)
-        text += " " + ShortReal(limits[i]);
+        text += " " + TrimmedNumber(limits[i]);
     return GiveText(text, value);
 }
 

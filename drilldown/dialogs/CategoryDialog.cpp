@@ -2,7 +2,6 @@
 // category order, then the missing-data row. The row chosen is handed to the analysis with
 // SetSelected, which counts rows exactly so: empty categories have none, missing data last.
 
-#include <cstdio>
 #include <string>
 
 #include "../core/CDrillDown.h"
@@ -10,6 +9,7 @@
 #include "../host/RealNumbers.h"
 #include "../resources/Dialogs.h"
 #include "../resources/StringIds.h"
+#include "../results/ResultText.h"
 #include "DrillDialogs.h"
 
 namespace {
@@ -26,20 +26,6 @@ constexpr unsigned long ListTextColour = 0xff0000;
 
 // A text label travels as a token of 8 characters and its terminator.
 constexpr int TokenBytes = 9;
-
-// A count as "%f" shows it, without the zeros after the decimal point nor a bare point:
-// 12.500000 reads 12.5 and 12.000000 reads 12.
-std::string CountText(double count) {
-    const int length = std::snprintf(nullptr, 0, "%f", count);
-    std::string text(static_cast<std::size_t>(length), '\0');
-    std::snprintf(text.data(), text.size() + 1, "%f", count);
-    if (text.find('.') != std::string::npos) {
-        text.erase(text.find_last_not_of('0') + 1);
-        if (text.back() == '.')
-            text.pop_back();
-    }
-    return text;
-}
 
 // The text label of `value`, expanded and without the host's formatting; false when the
 // value has none.
@@ -128,7 +114,7 @@ long CDDNCategoryDlg::Initialise(HWND dialog) {
             if (RealEqual(category.Count, 0))
                 continue;
             controls.InsertListRow(list, rows, category.Name.c_str());
-            controls.SetListCell(list, rows, ColumnCount, CountText(category.Count).c_str());
+            controls.SetListCell(list, rows, ColumnCount, TrimmedNumber(category.Count).c_str());
             std::string label;
             if (describe && TextLabel(*m_pDrill, variable, category.Upper, label))
                 controls.SetListCell(list, rows, ColumnDescription, label.c_str());
@@ -137,7 +123,7 @@ long CDDNCategoryDlg::Initialise(HWND dialog) {
         const double missing = m_pDrill->GetCurrentMCount();
         if (m_pDrill->GetCountMD() == 1 && missing != 0) {
             controls.InsertListRow(list, rows, szLoadResString(StrMissingRow));
-            controls.SetListCell(list, rows, ColumnCount, CountText(missing).c_str());
+            controls.SetListCell(list, rows, ColumnCount, TrimmedNumber(missing).c_str());
             ++rows;
         }
     }
