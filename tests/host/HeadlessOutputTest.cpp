@@ -67,7 +67,7 @@ TEST_F(HeadlessOutputTest, DecodesCellsColumnAfterColumn) {
     table.values[table.cell(0, 1)] = std::bit_cast<double>(std::uint64_t{0x7FF8000000000001});
     ASSERT_EQ(table.emit(output), 1);
 
-    const wb::TableDocument& doc = output.documents().at(0);
+    const wb::TableDocument& doc = output.documents().at(0).table();
     std::vector<ColumnFormat> formats;
     for (const auto& column : doc.columns)
         formats.push_back(column.format);
@@ -105,7 +105,7 @@ TEST_F(HeadlessOutputTest, DecodesTextsOfEveryField) {
     ModuleTable::put(table.titles, 160, 80, std::string(79, 'x') + "\xC3"); // cut character
     ASSERT_EQ(table.emit(output), 1);
 
-    const wb::TableDocument& doc = output.documents().at(0);
+    const wb::TableDocument& doc = output.documents().at(0).table();
     EXPECT_EQ(doc.title, "Fréquences de AGE: Âge");
     EXPECT_EQ(doc.subtitle, "Sous-ensemble :\nAGE = 3\n" + std::string(79, 'x'));
     EXPECT_EQ(doc.rowHeading, "Variable");
@@ -123,6 +123,11 @@ struct RecordingSink : wb::DocumentSink {
             throw std::runtime_error("cannot write 002-x.json in the output folder 'out'");
         numbers.push_back(table.number);
     }
+    void addGraph(const wb::GraphDocument& graph) override {
+        if (failing)
+            throw std::runtime_error("cannot write 002-x.svg in the output folder 'out'");
+        numbers.push_back(graph.number);
+    }
     bool failing = false;
     std::vector<int> numbers;
 };
@@ -139,9 +144,9 @@ TEST_F(HeadlessOutputTest, NumbersDocumentsAndReportsFailingSink) {
     EXPECT_EQ(output.lastError(), "cannot write 002-x.json in the output folder 'out'")
         << "kept after a later success";
     ASSERT_EQ(output.documents().size(), 3u) << "a table the sink refused is still made";
-    EXPECT_EQ(output.documents()[1].command, 0);
-    EXPECT_EQ(output.documents()[2].command, 9059);
-    EXPECT_EQ(output.documents()[2].number, 3);
+    EXPECT_EQ(output.documents()[1].command(), 0);
+    EXPECT_EQ(output.documents()[2].command(), 9059);
+    EXPECT_EQ(output.documents()[2].number(), 3);
     EXPECT_EQ(sink.numbers, (std::vector<int>{1, 3}));
 }
 

@@ -23,7 +23,7 @@ protected:
     }
     const wb::TableDocument& lastTable() {
         EXPECT_FALSE(output.documents().empty());
-        return output.documents().back();
+        return output.documents().back().table();
     }
     static double number(const wb::TableCell& cell) { return std::get<double>(cell); }
     static std::string text(const wb::TableCell& cell) { return std::get<std::string>(cell); }
@@ -77,7 +77,7 @@ TEST_F(ResultTables, NoCaseRefusesWithAMessage) {
 TEST_F(ResultTables, FrequencyTableOfACategoricalVariable) {
     ASSERT_EQ(analysis->DDNFrequency(panel), 1);
     ASSERT_EQ(output.documents().size(), 3u);  // one per drill-down variable
-    const wb::TableDocument& t = output.documents()[0];
+    const wb::TableDocument& t = output.documents()[0].table();
     EXPECT_EQ(t.title, "Tableau de fréquence de A");
     ASSERT_EQ(t.columns.size(), 4u);
     EXPECT_EQ(t.columns[1].head, "Effectif\nCumulé");
@@ -95,7 +95,7 @@ TEST_F(ResultTables, FrequencyTableOfACategoricalVariable) {
 TEST_F(ResultTables, WithoutTheMissingRowPercentagesStopBelowAHundred) {
     analysis->SetCountMD(0);
     ASSERT_EQ(analysis->DDNFrequency(panel), 1);
-    const wb::TableDocument& t = output.documents()[0];
+    const wb::TableDocument& t = output.documents()[0].table();
     ASSERT_EQ(t.rows.size(), 2u);
     EXPECT_DOUBLE_EQ(number(t.rows[1].cells[3]), 80);
 }

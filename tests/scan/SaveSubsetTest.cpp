@@ -99,7 +99,7 @@ TEST_F(SaveSubset, FailuresLeaveNoFile) {
 TEST_F(SaveSubset, DatasheetHoldsEveryVariableOfTheSubset) {
     wb::DrillSession(*analysis, panel).drillDown(1, 1);  // B = non: cases 2 and 5
     ASSERT_EQ(analysis->DDNDatasheet(panel), 1);
-    const wb::TableDocument& t = output.documents().back();
+    const wb::TableDocument& t = output.documents().back().table();
     EXPECT_EQ(t.title, "Feuille de données après le drill down");
     ASSERT_EQ(t.columns.size(), 3u);
     EXPECT_EQ(t.columns[2].head, "3");

@@ -24,6 +24,7 @@ HeadlessRun::HeadlessRun(const RunSetup& setup)
     m_dialogs.setNewFile(&m_newFile);
     m_output.setAutomation(&m_automation);
     m_output.setSink(&m_folder);
+    m_output.setDataFile(&m_file);
     // The loader takes the services as they stand, so it comes after all are set.
     m_loader = std::make_unique<ModuleLoader>(m_host.services());
     m_loader->load(ModuleLoader::defaultModulePath());

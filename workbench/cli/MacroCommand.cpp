@@ -86,10 +86,10 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
         return ExitDataError;
     }
     if (!run.output().documents().empty()) {
-        out << "\nWrote " << run.output().documents().size() << " tables to "
+        out << "\nWrote " << documentCount(run.output().documents()) << " to "
             << run.folder().folder().string() << "/index.html:\n";
-        for (const std::string& stem : run.folder().stems())
-            out << "  " << stem << ".html\n";
+        for (const std::string& file : run.folder().shownFiles())
+            out << "  " << file << '\n';
     }
     return ExitSuccess;
 }

@@ -149,7 +149,7 @@ int runReport(const Arguments& arguments) {
         if (!run.output().lastError().empty())
             throw DataError(run.output().lastError());
     }
-    std::cout << "Wrote " << run.output().documents().size() << " tables to "
+    std::cout << "Wrote " << documentCount(run.output().documents()) << " to "
               << run.folder().folder().string() << "/index.html\n";
     if (!run.newFile().finishedFiles().empty())
         std::cout << "Saved the subset as " << run.newFile().lastFinishedPath() << '\n';

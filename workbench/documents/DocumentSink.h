@@ -4,6 +4,7 @@
 // The output service hands each document over once, as soon as it is made, on the thread
 // that made it. A sink keeps what it needs: the document is not kept alive for it.
 
+#include "workbench/documents/GraphDocument.h"
 #include "workbench/documents/TableDocument.h"
 
 namespace wb {
@@ -11,9 +12,10 @@ namespace wb {
 class DocumentSink {
 public:
     virtual ~DocumentSink() = default;
-    // Keeps or shows one table; throws std::runtime_error with a message for the user when
-    // it cannot.
+    // Keep or show one document; throw std::runtime_error with a message for the user when
+    // they cannot.
     virtual void addTable(const TableDocument& table) = 0;
+    virtual void addGraph(const GraphDocument& graph) = 0;
 };
 
 } // namespace wb

@@ -8,8 +8,10 @@
 
 #include <unistd.h>
 
+#include "workbench/documents/GraphJson.h"
 #include "workbench/documents/TableHtml.h"
 #include "workbench/documents/TableJson.h"
+#include "workbench/render/GraphRenderer.h"
 
 namespace wb {
 
@@ -73,9 +75,41 @@ std::string systemReason(int error) {
     return std::generic_category().message(error);
 }
 
+std::string numbered(int number) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%03d", number);
+    return text;
+}
+
+std::string link(const std::string& stem, const char* extension, const char* text) {
+    return "<a href=\"" + htmlText(stem) + extension + "\">" + text + "</a>";
+}
+
+// The graph's section of the index: number and first title, the other title lines, and
+// the picture (the SVG with its tooltips, the PNG where SVG cannot be shown).
+std::string graphHtml(const GraphDocument& graph, const std::string& stem) {
+    const PictureSize size = pictureSize(graph);
+    std::string html = "<section class=\"graph\" id=\"graph-" + std::to_string(graph.number) + "\">\n";
+    html += "<h2><span class=\"number\">" + std::to_string(graph.number) + ".</span> ";
+    html += htmlText(graph.name()) + "</h2>\n";
+    if (graph.titles.size() > 1) {
+        std::string rest;
+        for (std::size_t k = 1; k < graph.titles.size(); ++k)
+            rest += (k > 1 ? "\n" : "") + graph.titles[k];
+        html += "<p class=\"subtitle\">" + htmlText(rest) + "</p>\n";
+    }
+    const std::string width = std::to_string(size.width), height = std::to_string(size.height);
+    html += "<figure><object data=\"" + htmlText(stem) + ".svg\" type=\"image/svg+xml\" width=\"" +
+            width + "\" height=\"" + height + "\"><img src=\"" + htmlText(stem) + ".png\" alt=\"" +
+            htmlText(graph.name()) + "\" width=\"" + width + "\" height=\"" + height +
+            "\"></object></figure>\n";
+    html += "</section>\n";
+    return html;
+}
+
 } // namespace
 
-std::string titleSlug(std::string_view title) {
+std::string titleSlug(std::string_view title, std::string_view fallback) {
     std::string slug;
     bool pendingDash = false;
     for (std::size_t pos = 0; pos < title.size() && slug.size() < MaxSlugLength;) {
@@ -101,13 +135,15 @@ std::string titleSlug(std::string_view title) {
         slug.resize(MaxSlugLength);
     while (!slug.empty() && slug.back() == '-')
         slug.pop_back();
-    return slug.empty() ? "table" : slug;
+    return slug.empty() ? std::string(fallback) : slug;
 }
 
 std::string documentStem(const TableDocument& table) {
-    char number[16];
-    std::snprintf(number, sizeof number, "%03d", table.number);
-    return std::string(number) + "-" + titleSlug(table.title);
+    return numbered(table.number) + "-" + titleSlug(table.title);
+}
+
+std::string documentStem(const GraphDocument& graph) {
+    return numbered(graph.number) + "-" + titleSlug(graph.name(), "graph");
 }
 
 OutputFolder::OutputFolder(std::filesystem::path folder) : m_folder(std::move(folder)) {}
@@ -115,6 +151,13 @@ OutputFolder::OutputFolder(std::filesystem::path folder) : m_folder(std::move(fo
 void OutputFolder::setFolder(std::filesystem::path folder) {
     m_folder = std::move(folder);
     m_entries.clear();
+}
+
+std::vector<std::string> OutputFolder::shownFiles() const {
+    std::vector<std::string> files;
+    for (const Entry& entry : m_entries)
+        files.push_back(entry.shown);
+    return files;
 }
 
 std::vector<std::string> OutputFolder::stems() const {
@@ -150,17 +193,39 @@ void OutputFolder::writeFile(const std::string& name, std::string_view content) 
                       "': " + systemReason(error));
 }
 
-void OutputFolder::addTable(const TableDocument& table) {
+void OutputFolder::makeFolder() const {
     std::error_code created;
     std::filesystem::create_directories(m_folder, created);
     if (created)
         throw OutputError("cannot create the output folder '" + m_folder.string() +
                           "': " + created.message());
+}
 
-    Entry entry{table.number, table.title, documentStem(table), tableHtml(table),
-                tableAnchor(table)};
+void OutputFolder::addTable(const TableDocument& table) {
+    makeFolder();
+    const std::string stem = documentStem(table);
+    Entry entry{table.number, table.title, stem, tableHtml(table), tableAnchor(table),
+                link(stem, ".html", "page") + ", " + link(stem, ".json", "JSON"), stem + ".html"};
     writeFile(entry.stem + ".json", tableJsonText(table));
     writeFile(entry.stem + ".html", htmlPage(table.title, entry.fragment));
+    m_entries.push_back(std::move(entry));
+    writeFile(IndexName, indexHtml());
+}
+
+void OutputFolder::addGraph(const GraphDocument& graph) {
+    makeFolder();
+    const std::string stem = documentStem(graph);
+    // Both pictures are drawn before anything is written, so a failure leaves no file.
+    const std::string svg = graphSvg(graph);
+    const std::string png = graphPng(graph);
+    Entry entry{graph.number, graph.name(), stem, graphHtml(graph, stem),
+                "graph-" + std::to_string(graph.number),
+                link(stem, ".svg", "SVG") + ", " + link(stem, ".png", "PNG") + ", " +
+                    link(stem, ".json", "JSON"),
+                stem + ".svg"};
+    writeFile(stem + ".json", graphJsonText(graph));
+    writeFile(stem + ".svg", svg);
+    writeFile(stem + ".png", png);
     m_entries.push_back(std::move(entry));
     writeFile(IndexName, indexHtml());
 }
@@ -170,8 +235,7 @@ std::string OutputFolder::indexHtml() const {
     for (const Entry& entry : m_entries) {
         body += "<li value=\"" + std::to_string(entry.number) + "\"><a href=\"#" + entry.anchor +
                 "\">" + htmlText(entry.title.empty() ? entry.stem : entry.title) + "</a>";
-        body += " (<a href=\"" + htmlText(entry.stem) + ".html\">page</a>, <a href=\"" +
-                htmlText(entry.stem) + ".json\">JSON</a>)</li>\n";
+        body += " (" + entry.links + ")</li>\n";
     }
     body += "</ol>\n</nav>\n<main>\n";
     for (const Entry& entry : m_entries)

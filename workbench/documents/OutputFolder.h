@@ -4,8 +4,14 @@
 // For each table, as soon as it is made:
 //   NNN-<slug>.json  the document for programs (TableJson.h)
 //   NNN-<slug>.html  the table as a page of its own (TableHtml.h)
+// for each graph:
+//   NNN-<slug>.json  the document for programs (GraphJson.h)
+//   NNN-<slug>.svg   the picture, with tooltips (workbench/render/GraphRenderer.h)
+//   NNN-<slug>.png   the same picture as an image
+// and after each document:
 //   index.html       rewritten: the list of the session's documents in order, then all of
-//                    them, so that the whole session reads in a browser from one page.
+//                    them, tables and pictures, so that the whole session reads in a
+//                    browser from one page.
 // NNN is the document's number, zero-padded to three digits; the slug comes from its title.
 //
 // Every file is written to a temporary file beside it and renamed into place, so a reader
@@ -39,22 +45,29 @@ public:
     void setFolder(std::filesystem::path folder);
     const std::filesystem::path& folder() const { return m_folder; }
 
-    // Writes the table's two files and the index; throws OutputError. A table whose own
-    // files could not be written is left out of the index.
+    // Write the document's files and the index; throw OutputError (RenderError when a
+    // picture cannot be drawn). A document whose own files could not be written is left out
+    // of the index.
     void addTable(const TableDocument& table) override;
+    void addGraph(const GraphDocument& graph) override;
 
     // The base names (NNN-slug) of the documents written to the current folder, in order.
     std::vector<std::string> stems() const;
+    // The file that shows each of them: NNN-slug.html for a table, NNN-slug.svg for a graph.
+    std::vector<std::string> shownFiles() const;
 
 private:
     struct Entry {
         int number;
         std::string title;
         std::string stem;
-        std::string fragment; // the table's HTML, kept for rewriting the index
+        std::string fragment; // the document's HTML, kept for rewriting the index
         std::string anchor;
+        std::string links; // to the document's own files
+        std::string shown; // the file that shows it
     };
 
+    void makeFolder() const;
     void writeFile(const std::string& name, std::string_view content) const;
     std::string indexHtml() const;
 
@@ -64,9 +77,10 @@ private:
 
 // Lower-case ASCII letters and digits of `title`, accented Latin letters folded to their
 // base letters (é → e, œ → oe, ß → ss), every run of other characters one '-', none at
-// either end, at most 48 characters; "table" when nothing remains.
-std::string titleSlug(std::string_view title);
-// "NNN-<slug>" of the document.
+// either end, at most 48 characters; `fallback` when nothing remains.
+std::string titleSlug(std::string_view title, std::string_view fallback = "table");
+// "NNN-<slug>" of the document; "graph" is a graph's fallback.
 std::string documentStem(const TableDocument& table);
+std::string documentStem(const GraphDocument& graph);
 
 } // namespace wb

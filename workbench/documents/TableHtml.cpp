@@ -14,7 +14,9 @@ h1 { font-size: 1.4em; }
 h2 { font-size: 1.15em; margin-bottom: 0.2em; }
 h2 .number { color: #888; font-weight: normal; }
 .subtitle { color: #555; margin-top: 0; }
-section.table { margin-bottom: 2.5em; }
+section.table, section.graph { margin-bottom: 2.5em; }
+figure { margin: 0; }
+figure object, figure img { max-width: 100%; height: auto; }
 table { border-collapse: collapse; }
 th, td { padding: 0.2em 0.7em; border-bottom: 1px solid #ddd; }
 thead th { border-bottom: 2px solid #555; vertical-align: bottom; text-align: center; }

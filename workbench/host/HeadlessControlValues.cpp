@@ -126,13 +126,14 @@ HRESULT HeadlessDialogs::pressForDocument(HWND dialog, int id, VARIANT* value) {
     if (!control.enabled)
         return fail(E_FAIL, "Control " + std::to_string(id) + quotedText(control) +
                                 " is disabled now.");
-    const std::size_t tables = m_output != nullptr ? m_output->documents().size() : 0;
+    // The first document the command makes, table or graph, is the one a macro gets back.
+    const std::size_t made = m_output != nullptr ? m_output->documents().size() : 0;
     const std::size_t files = m_newFile != nullptr ? m_newFile->finishedFiles().size() : 0;
     clickControl(dialog, id);
     value->vt = VT_DISPATCH;
     value->pdispVal = nullptr;
-    if (m_output != nullptr && m_output->documents().size() > tables) {
-        value->pdispVal = m_output->documentObject(tables);
+    if (m_output != nullptr && m_output->documents().size() > made) {
+        value->pdispVal = m_output->documentObject(made);
     } else if (m_newFile != nullptr && m_automation != nullptr &&
                m_newFile->finishedFiles().size() > files) {
         auto saved = std::make_shared<DocumentState>();

@@ -1,0 +1,156 @@
+#include "workbench/render/GraphRenderer.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <QSvgGenerator>
+
+#include "workbench/render/GraphPainter.h"
+
+namespace wb {
+
+namespace {
+
+QtMessageHandler previousHandler = nullptr;
+
+// Qt's notes about the offscreen platform's surroundings (no runtime directory and the
+// like) are no news for a command-line user; everything else passes on.
+void quietHandler(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtDebugMsg || type == QtInfoMsg || type == QtWarningMsg)
+        return;
+    if (previousHandler != nullptr)
+        previousHandler(type, context, message);
+    else
+        std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
+}
+
+// Fonts need a GUI application; one on the offscreen platform needs no display. It lives
+// until the end of the process and goes before Qt's own globals, which it made.
+void ensureApplication() {
+    if (QGuiApplication::instance() != nullptr)
+        return;
+    static int argc = 3;
+    static char name[] = "drilldown", option[] = "-platform", platform[] = "offscreen";
+    static char* argv[] = {name, option, platform, nullptr};
+    previousHandler = qInstallMessageHandler(quietHandler);
+    static const std::unique_ptr<QGuiApplication> application(new QGuiApplication(argc, argv));
+    if (QGuiApplication::instance() == nullptr)
+        throw RenderError("cannot start the offscreen renderer");
+}
+
+std::string xmlText(const std::string& text) {
+    std::string out;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
+        default:
+            out += c;
+        }
+    }
+    return out;
+}
+
+std::string coordinate(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f", value);
+    return text;
+}
+
+// Transparent shapes over the picture, each with its tooltip.
+std::string hotspotLayer(const std::vector<Hotspot>& hotspots) {
+    std::string layer = "<g class=\"tooltips\" fill=\"#ffffff\" fill-opacity=\"0\" stroke=\"none\">\n";
+    for (const Hotspot& hotspot : hotspots) {
+        layer += "<polygon class=\"hotspot\" points=\"";
+        for (int k = 0; k < hotspot.outline.size(); ++k) {
+            if (k > 0)
+                layer += ' ';
+            layer += coordinate(hotspot.outline[k].x()) + "," + coordinate(hotspot.outline[k].y());
+        }
+        layer += "\"><title>" + xmlText(hotspot.text) + "</title></polygon>\n";
+    }
+    return layer + "</g>\n";
+}
+
+} // namespace
+
+PictureSize pictureSize(const GraphDocument& graph) {
+    switch (graph.type) {
+    case GraphType::ScatterMatrix: {
+        const std::size_t n =
+            graph.scatter ? std::max(graph.scatter->columns.size(), graph.scatter->rows.size()) : 1;
+        const int side = std::clamp(static_cast<int>(200 + 170 * n), 640, 1600);
+        return {side, side + 80};
+    }
+    case GraphType::BoxPlot: {
+        const std::size_t n = graph.boxes ? graph.boxes->variables.size() : 1;
+        return {std::clamp(static_cast<int>(80 + 190 * n), 640, 1800), 640};
+    }
+    case GraphType::Histogram3D:
+        return {960, 720};
+    default:
+        return {960, 640};
+    }
+}
+
+std::string graphSvg(const GraphDocument& graph) {
+    ensureApplication();
+    const PictureSize size = pictureSize(graph);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    std::vector<Hotspot> hotspots;
+    {
+        QSvgGenerator generator;
+        generator.setOutputDevice(&buffer);
+        generator.setSize(QSize(size.width, size.height));
+        generator.setViewBox(QRect(0, 0, size.width, size.height));
+        generator.setResolution(72); // one point is one pixel: font sizes stay as given
+        generator.setTitle(QString::fromStdString(graph.name()));
+        QPainter painter;
+        if (!painter.begin(&generator))
+            throw RenderError("cannot draw the graph '" + graph.name() + "' as SVG");
+        GraphPainter drawing(painter, graph, QSizeF(size.width, size.height));
+        drawing.paint();
+        painter.end();
+        hotspots = drawing.hotspots();
+    }
+    std::string svg = buffer.data().toStdString();
+    const std::size_t end = svg.rfind("</svg>");
+    if (end == std::string::npos)
+        throw RenderError("cannot draw the graph '" + graph.name() + "' as SVG");
+    svg.insert(end, hotspotLayer(hotspots));
+    return svg;
+}
+
+std::string graphPng(const GraphDocument& graph) {
+    ensureApplication();
+    const PictureSize size = pictureSize(graph);
+    QImage image(size.width, size.height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    {
+        QPainter painter(&image);
+        GraphPainter(painter, graph, QSizeF(size.width, size.height)).paint();
+    }
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, "PNG"))
+        throw RenderError("cannot draw the graph '" + graph.name() + "' as PNG");
+    return buffer.data().toStdString();
+}
+
+} // namespace wb
