@@ -59,7 +59,7 @@ ScatterMatrix scatterMatrix(const DataFile& file, const std::vector<KeptCase>& k
 // A variable with at most this many distinct values gets one bin per value.
 inline constexpr int MaxDistinctBins = 12;
 // Otherwise about this many bins of a neat step.
-inline constexpr int WantedBins = 10;
+inline constexpr int WantedBins = 8;
 
 // Bivariate counts of x and y over the kept cases with a value of both.
 Histogram3DData histogram3D(const DataFile& file, const std::vector<KeptCase>& kept, int x,

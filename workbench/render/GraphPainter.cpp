@@ -80,13 +80,11 @@ std::string shortNumber(double value) {
     return out;
 }
 
+// One decimal always, so that shares line up in a column.
 std::string percentText(double value) {
     char text[32];
     std::snprintf(text, sizeof text, "%.1f", value);
-    std::string out = text;
-    if (out.size() > 2 && out.compare(out.size() - 2, 2, ".0") == 0)
-        out.resize(out.size() - 2);
-    return out + " %";
+    return std::string(text) + " %";
 }
 
 // A tick label: the value on the step's grid, without the noise of repeated addition.
@@ -491,17 +489,22 @@ void GraphPainter::drawPie(const QRectF& area) {
 
     const QFont legendFont = font(13);
     const QFontMetricsF legendMetrics(legendFont);
-    std::vector<QString> legendTexts;
-    double widest = 0;
+    // The legend is a small table: label, count, share.
+    std::vector<QString> labels, countTexts, shareTexts;
+    double labelWidth = 0, countWidth = 0, shareWidth = 0;
     for (const Slice& slice : slices) {
-        legendTexts.push_back(qs(slice.label + "   " + shortNumber(slice.value) + " (" +
-                                 percentText(100 * slice.value / total) + ")"));
-        widest = std::max(widest, legendMetrics.horizontalAdvance(legendTexts.back()));
+        labels.push_back(qs(slice.label));
+        countTexts.push_back(qs(shortNumber(slice.value)));
+        shareTexts.push_back(qs(percentText(100 * slice.value / total)));
+        labelWidth = std::max(labelWidth, legendMetrics.horizontalAdvance(labels.back()));
+        countWidth = std::max(countWidth, legendMetrics.horizontalAdvance(countTexts.back()));
+        shareWidth = std::max(shareWidth, legendMetrics.horizontalAdvance(shareTexts.back()));
     }
-    const double legendWidth = std::min(area.width() * 0.45, widest + 30);
+    const double widest = 18 + labelWidth + 14 + countWidth + 12 + shareWidth;
+    const double legendWidth = std::min(area.width() * 0.45, widest);
     const double captionHeight = m_graph.xTitle.empty() ? 0 : 28;
     const double diameter =
-        std::max(40.0, std::min(area.height() - captionHeight - 10, area.width() - legendWidth - 50));
+        std::max(40.0, std::min(area.height() - captionHeight - 24, area.width() - legendWidth - 60));
     const QPointF centre(area.left() + (area.width() - legendWidth - 30) / 2,
                          area.top() + (area.height() - captionHeight) / 2);
     const QRectF circle(centre.x() - diameter / 2, centre.y() - diameter / 2, diameter, diameter);
@@ -554,6 +557,9 @@ void GraphPainter::drawPie(const QRectF& area) {
     m_painter.setFont(legendFont);
     const double row = legendMetrics.height() + 6;
     const double legendLeft = area.right() - legendWidth;
+    const double shareRight = area.right();
+    const double countRight = shareRight - shareWidth - 12;
+    const double labelRoom = std::max(20.0, countRight - countWidth - 14 - (legendLeft + 18));
     const auto rows = static_cast<std::size_t>(std::max(1.0, std::floor(area.height() / row)));
     double y = area.top() + std::max(0.0, (area.height() - row * std::min(rows, slices.size())) / 2);
     for (std::size_t k = 0; k < slices.size() && k < rows; ++k, y += row) {
@@ -562,10 +568,17 @@ void GraphPainter::drawPie(const QRectF& area) {
         m_painter.setBrush(sequenceColour(k));
         m_painter.drawRect(swatch);
         m_painter.setPen(Ink);
-        QString text = legendMetrics.elidedText(legendTexts[k], Qt::ElideRight, legendWidth - 20);
-        if (k + 1 == rows && slices.size() > rows)
-            text = QStringLiteral("… +%1").arg(slices.size() - k);
-        drawText(m_painter, QPointF(legendLeft + 18, y + row / 2), text, Qt::AlignLeft | Qt::AlignVCenter);
+        const double middle = y + row / 2;
+        if (k + 1 == rows && slices.size() > rows) {
+            drawText(m_painter, QPointF(legendLeft + 18, middle),
+                     QStringLiteral("… +%1").arg(slices.size() - k), Qt::AlignLeft | Qt::AlignVCenter);
+            break;
+        }
+        drawText(m_painter, QPointF(legendLeft + 18, middle),
+                 legendMetrics.elidedText(labels[k], Qt::ElideRight, labelRoom),
+                 Qt::AlignLeft | Qt::AlignVCenter);
+        drawText(m_painter, QPointF(countRight, middle), countTexts[k], Qt::AlignRight | Qt::AlignVCenter);
+        drawText(m_painter, QPointF(shareRight, middle), shareTexts[k], Qt::AlignRight | Qt::AlignVCenter);
     }
 
     if (!m_graph.xTitle.empty()) {
@@ -671,7 +684,7 @@ void GraphPainter::drawBoxes(const QRectF& whole) {
             m_painter.drawPolygon(diamond);
         }
 
-        std::string text = box.name + (box.longName.empty() ? "" : " (" + box.longName + ")");
+        std::string text = box.name + (box.longName.empty() ? "" : ": " + box.longName);
         const auto part = [&](int index) {
             return index < parts.size() ? parts[index].toStdString() : std::string();
         };
@@ -738,7 +751,7 @@ void GraphPainter::drawScatter(const QRectF& area) {
                     drawText(m_painter, rect.topRight() + QPointF(-4, 3),
                              qs(shortNumber(variable.max)), Qt::AlignRight | Qt::AlignTop);
                 }
-                addHotspot(rect, variable.name + (variable.longName.empty() ? "" : " (" + variable.longName + ")") +
+                addHotspot(rect, variable.name + (variable.longName.empty() ? "" : ": " + variable.longName) +
                                      " : " + shortNumber(variable.min) + " – " + shortNumber(variable.max));
                 continue;
             }
@@ -814,9 +827,11 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
     // The floor: x across, y receding up and to the right at 30 degrees.
     const double cos30 = std::sqrt(3.0) / 2, sin30 = 0.5;
     const double left = area.left() + widestText(ticks, tickMetrics) + 12;
-    const double room = area.right() - left - yLabelWidth - 16;
-    const double frontWidth = room / (1 + 0.55 * cos30);
-    double depth = 0.55 * frontWidth;
+    const QFontMetricsF titleMetrics(font(13, true));
+    const double room = area.right() - left - yLabelWidth - 16 -
+                        (m_graph.yTitle.empty() ? 0 : titleMetrics.height() + 8);
+    const double frontWidth = room / (1 + 0.5 * cos30);
+    double depth = 0.5 * frontWidth;
     const double cellWidth = frontWidth / nx;
     const AxisLabelLayout xLayout(xTexts, tickMetrics, cellWidth);
     const double bottom = area.bottom() - xLayout.height - (m_graph.xTitle.empty() ? 0 : 24);
@@ -852,7 +867,7 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
         m_painter.drawLine(at(0, j, 0), at(nx, j, 0));
 
     // Bars from the back row to the front, left to right, so that nearer faces cover.
-    constexpr double Inset = 0.14;
+    constexpr double Inset = 0.18;
     for (std::size_t jj = ny; jj-- > 0;) {
         const QColor colour = sequenceColour(jj);
         for (std::size_t i = 0; i < nx; ++i) {
@@ -892,9 +907,14 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
     if (!m_graph.xTitle.empty())
         drawText(m_painter, QPointF((at(0, 0, 0).x() + at(nx, 0, 0).x()) / 2, area.bottom()),
                  qs(m_graph.xTitle), Qt::AlignHCenter | Qt::AlignBottom);
-    if (!m_graph.yTitle.empty())
-        drawText(m_painter, at(nx, ny, 0) + QPointF(8, -10), qs(m_graph.yTitle),
-                 Qt::AlignLeft | Qt::AlignBottom);
+    if (!m_graph.yTitle.empty()) {
+        // Along the depth, beyond the labels of its bins.
+        m_painter.save();
+        m_painter.translate(at(nx, ny / 2.0, 0) + QPointF(yLabelWidth + 16, 0));
+        m_painter.rotate(-30);
+        drawText(m_painter, QPointF(0, 0), qs(m_graph.yTitle), Qt::AlignHCenter | Qt::AlignTop);
+        m_painter.restore();
+    }
 }
 
 } // namespace wb

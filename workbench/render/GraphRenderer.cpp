@@ -120,7 +120,12 @@ std::string graphSvg(const GraphDocument& graph) {
         generator.setSize(QSize(size.width, size.height));
         generator.setViewBox(QRect(0, 0, size.width, size.height));
         generator.setResolution(72); // one point is one pixel: font sizes stay as given
-        generator.setTitle(QString::fromStdString(graph.name()));
+        // The generator writes both as they are: they must be XML already.
+        generator.setTitle(QString::fromStdString(xmlText(graph.name())));
+        std::string rest;
+        for (std::size_t k = 1; k < graph.titles.size(); ++k)
+            rest += (k > 1 ? "\n" : "") + graph.titles[k];
+        generator.setDescription(QString::fromStdString(xmlText(rest)));
         QPainter painter;
         if (!painter.begin(&generator))
             throw RenderError("cannot draw the graph '" + graph.name() + "' as SVG");
@@ -130,10 +135,17 @@ std::string graphSvg(const GraphDocument& graph) {
         hotspots = drawing.hotspots();
     }
     std::string svg = buffer.data().toStdString();
+    const std::size_t start = svg.find("<svg width=\"");
     const std::size_t end = svg.rfind("</svg>");
-    if (end == std::string::npos)
+    if (start == std::string::npos || end == std::string::npos)
         throw RenderError("cannot draw the graph '" + graph.name() + "' as SVG");
     svg.insert(end, hotspotLayer(hotspots));
+    // The generator gives the size in millimetres at its resolution; a browser should show
+    // the picture at its size in pixels.
+    const std::size_t lineEnd = svg.find('\n', start);
+    svg.replace(start, lineEnd - start,
+                "<svg width=\"" + std::to_string(size.width) + "\" height=\"" +
+                    std::to_string(size.height) + "\"");
     return svg;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/TempDir.h"
+#include "workbench/documents/GraphJson.h"
 #include "workbench/documents/OutputFolder.h"
 #include "workbench/documents/SampleTable.h"
 #include "workbench/documents/TableHtml.h"
@@ -89,6 +90,51 @@ TEST(OutputFolderTest, WritesEachTableAndIndexesTheSessionInOrder) {
         shown = section;
     }
     EXPECT_LT(listed, index.find("<main>")) << "the list comes before the tables";
+}
+
+wb::GraphDocument graphTitled(int number, const std::string& title) {
+    wb::GraphDocument graph;
+    graph.number = number;
+    graph.titles = {title, "SEX = Femme"};
+    graph.series.push_back({"", {1, 2}, {4, 6}, {}, 12, 0.9});
+    graph.xAxis = {0, 3, 1, {{1, "Homme"}, {2, "Femme"}}};
+    graph.yAxis = {0, 10, 1, {}};
+    return graph;
+}
+
+TEST(OutputFolderTest, GraphsHaveTheirPicturesAndStandInTheIndexWithTheTables) {
+    wb::testing::TempDir dir;
+    const fs::path folder = dir.path("out");
+    wb::OutputFolder output(folder);
+    output.addTable(titled(1, "Résumé"));
+    const wb::GraphDocument graph = graphTitled(2, "Histogramme de la variable étudiée : SEX");
+    output.addGraph(graph);
+    output.addTable(titled(3, "Fréquences"));
+    output.addGraph(graphTitled(4, ""));
+
+    const std::string stem = "002-histogramme-de-la-variable-etudiee-sex";
+    EXPECT_EQ(fileNames(folder),
+              (std::set<std::string>{"001-resume.json", "001-resume.html", stem + ".json",
+                                     stem + ".svg", stem + ".png", "003-frequences.json",
+                                     "003-frequences.html", "004-graph.json", "004-graph.svg",
+                                     "004-graph.png", "index.html"}));
+    EXPECT_EQ(readFile(folder / (stem + ".json")), wb::graphJsonText(graph));
+    EXPECT_EQ(readFile(folder / (stem + ".png")).substr(1, 3), "PNG");
+    EXPECT_NE(readFile(folder / (stem + ".svg")).find("<svg"), std::string::npos);
+    EXPECT_EQ(output.shownFiles(), (std::vector<std::string>{"001-resume.html", stem + ".svg",
+                                                             "003-frequences.html",
+                                                             "004-graph.svg"}));
+
+    const std::string index = readFile(folder / "index.html");
+    const std::size_t picture = index.find("<object data=\"" + stem + ".svg\"");
+    ASSERT_NE(picture, std::string::npos);
+    EXPECT_NE(index.find("<img src=\"" + stem + ".png\"", picture), std::string::npos)
+        << "the PNG where the SVG cannot be shown";
+    EXPECT_LT(index.find(wb::tableHtml(titled(1, "Résumé"))), picture);
+    EXPECT_GT(index.find(wb::tableHtml(titled(3, "Fréquences"))), picture) << "in the session's order";
+    EXPECT_NE(index.find("<p class=\"subtitle\">SEX = Femme</p>"), std::string::npos);
+    EXPECT_NE(index.find("<a href=\"#graph-2\">Histogramme de la variable étudiée : SEX</a>"),
+              std::string::npos);
 }
 
 std::string failureOf(wb::OutputFolder& output) {

@@ -1,0 +1,160 @@
+// The pictures of graph documents: what the SVG holds (titles, one shape per bar or slice
+// with its full label as tooltip) and that the PNG is an image of the picture's size.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "workbench/render/GraphRenderer.h"
+#include "workbench/render/SampleGraphs.h"
+
+namespace {
+
+std::size_t occurrences(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
+// The tooltips of the hotspots, in order.
+std::vector<std::string> tooltips(const std::string& svg) {
+    std::vector<std::string> texts;
+    const std::regex hotspot(R"re(<polygon class="hotspot" points="[^"]*"><title>([^<]*)</title>)re");
+    for (auto it = std::sregex_iterator(svg.begin(), svg.end(), hotspot); it != std::sregex_iterator(); ++it)
+        texts.push_back((*it)[1]);
+    return texts;
+}
+
+// The texts the picture draws (the SVG generator writes each drawn string as one element).
+std::vector<std::string> drawnTexts(const std::string& svg) {
+    std::vector<std::string> texts;
+    const std::regex text(R"re(<text[^>]*>([^<]*)</text>)re");
+    for (auto it = std::sregex_iterator(svg.begin(), svg.end(), text); it != std::sregex_iterator(); ++it)
+        texts.push_back((*it)[1]);
+    return texts;
+}
+
+bool contains(const std::vector<std::string>& texts, const std::string& text) {
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+class GraphRendererTest : public ::testing::Test {
+protected:
+    GraphRendererTest() : output(tokens), file(wb::testing::sampleSurvey()) {
+        output.setDataFile(&file);
+    }
+    const wb::GraphDocument& made(int result) {
+        EXPECT_NE(result, 0) << output.lastError();
+        return output.documents().back().graph();
+    }
+
+    wb::TokenTable tokens;
+    wb::HeadlessOutput output;
+    wb::DataFile file;
+};
+
+TEST_F(GraphRendererTest, HistogramSvgHoldsTitlesAndOneShapePerBar) {
+    const wb::GraphDocument& graph = made(wb::testing::sendSampleHistogram(output, tokens));
+    const std::string svg = wb::graphSvg(graph);
+    const std::vector<std::string> texts = drawnTexts(svg);
+
+    EXPECT_TRUE(contains(texts, "Histogramme de la variable du drill-down : REGION: Région de résidence"))
+        << "the title, accents and all";
+    EXPECT_TRUE(contains(texts, wb::testing::SampleDrill)) << "the drill string under it";
+    EXPECT_TRUE(contains(texts, "Effectif"));
+    for (const char* tick : {"0", "100", "200"})
+        EXPECT_TRUE(contains(texts, tick)) << "count axis label " << tick;
+
+    const std::vector<std::string> tips = tooltips(svg);
+    const auto& regions = wb::testing::sampleRegions();
+    ASSERT_EQ(tips.size(), regions.size()) << "one shape per bar";
+    for (std::size_t k = 0; k < regions.size(); ++k)
+        EXPECT_EQ(tips[k], regions[k] + " : " +
+                               std::to_string(static_cast<int>(wb::testing::sampleRegionCounts()[k])));
+    // The longest labels are shortened where they are drawn, never in their tooltip.
+    EXPECT_FALSE(contains(texts, "Provence-Alpes-Côte d'Azur"));
+    EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const std::string& t) {
+        return t.rfind("Provence-Alpes", 0) == 0 && t.find("…") != std::string::npos;
+    }));
+    EXPECT_TRUE(contains(texts, "Bretagne")) << "a short label stays whole";
+}
+
+TEST_F(GraphRendererTest, EveryKindDrawsItsShapes) {
+    const auto bars3D = [](const wb::GraphDocument& graph) {
+        std::size_t bars = 0;
+        for (double count : graph.histogram3d->counts)
+            bars += count > 0;
+        return bars;
+    };
+    const struct {
+        const char* kind;
+        int result;
+        std::size_t (*expected)(const wb::GraphDocument&);
+        const char* text; // drawn somewhere
+    } cases[] = {
+        {"pie", wb::testing::sendSamplePie(output, tokens),
+         [](const wb::GraphDocument&) { return wb::testing::sampleRegions().size(); }, "17.9 %"},
+        {"stacked", wb::testing::sendSampleStacked(output, tokens),
+         [](const wb::GraphDocument&) -> std::size_t { return 3 + 3 + 4; }, "CHANNEL"},
+        {"boxplot", wb::testing::sendSampleBoxes(output, file, 52),
+         [](const wb::GraphDocument& g) { return g.boxes->variables.size(); }, "SATISFACTION"},
+        {"scatter-matrix", wb::testing::sendSampleScatter(output, file) == 0 ? 1 : 0,
+         [](const wb::GraphDocument&) -> std::size_t { return 4 * 4; }, "Âge (années révolues)"},
+        {"histogram3d", wb::testing::sendSample3D(output, file), bars3D, "SATISFACTION"},
+    };
+    ASSERT_EQ(output.documents().size(), std::size(cases));
+    for (std::size_t k = 0; k < std::size(cases); ++k) {
+        SCOPED_TRACE(cases[k].kind);
+        ASSERT_NE(cases[k].result, 0) << output.lastError();
+        const wb::GraphDocument& graph = output.documents()[k].graph();
+        EXPECT_EQ(wb::graphTypeName(graph.type), cases[k].kind);
+        const std::string svg = wb::graphSvg(graph);
+        EXPECT_EQ(tooltips(svg).size(), cases[k].expected(graph));
+        EXPECT_TRUE(contains(drawnTexts(svg), cases[k].text)) << cases[k].text;
+        EXPECT_TRUE(contains(drawnTexts(svg), graph.titles.front()));
+    }
+}
+
+TEST(GraphRendererTextTest, TooltipsAreEscaped) {
+    wb::GraphDocument graph;
+    graph.titles = {"R&D <2024>"};
+    graph.series.push_back({"", {1}, {3}, {}, 12, 0.9});
+    graph.xAxis = {0, 2, 1, {{1, "Recherche & \"Développement\""}}};
+    graph.yAxis = {0, 5, 1, {}};
+    const std::string svg = wb::graphSvg(graph);
+    EXPECT_EQ(tooltips(svg), std::vector<std::string>{
+                                 "Recherche &amp; &quot;Développement&quot; : 3"});
+    EXPECT_EQ(occurrences(svg, "R&amp;D &lt;2024&gt;"), 2u) << "document title and drawn title";
+    EXPECT_EQ(occurrences(svg, "R&D"), 0u);
+}
+
+// Width and height of a PNG, from its header.
+std::pair<std::uint32_t, std::uint32_t> pngSize(const std::string& png) {
+    const auto word = [&](std::size_t at) {
+        return std::uint32_t(static_cast<unsigned char>(png[at])) << 24 |
+               std::uint32_t(static_cast<unsigned char>(png[at + 1])) << 16 |
+               std::uint32_t(static_cast<unsigned char>(png[at + 2])) << 8 |
+               std::uint32_t(static_cast<unsigned char>(png[at + 3]));
+    };
+    return {word(16), word(20)};
+}
+
+TEST_F(GraphRendererTest, PngIsThePictureAtItsSize) {
+    const wb::GraphDocument histogram = made(wb::testing::sendSampleHistogram(output, tokens));
+    const wb::GraphDocument scatter = made(wb::testing::sendSampleScatter(output, file) == 0 ? 1 : 0);
+    for (const wb::GraphDocument* graph : {&histogram, &scatter}) {
+        const std::string png = wb::graphPng(*graph);
+        ASSERT_GT(png.size(), 24u);
+        EXPECT_EQ(png.substr(0, 8), std::string("\x89PNG\r\n\x1a\n", 8));
+        EXPECT_EQ(png.substr(12, 4), "IHDR");
+        const wb::PictureSize size = wb::pictureSize(*graph);
+        EXPECT_EQ(pngSize(png), std::make_pair(std::uint32_t(size.width), std::uint32_t(size.height)));
+    }
+    EXPECT_GT(wb::pictureSize(scatter).height, wb::pictureSize(histogram).height)
+        << "a matrix of four variables is drawn larger";
+}
+
+} // namespace
