@@ -196,6 +196,24 @@ public:
     // The same, naming the variables by their expanded names.
     std::string ScatterDrillString();
 
+    // Results: graphs. Histograms, pie charts and stacked plots are drawn from the category
+    // counts of the records, one chart request each (ChartBuilder.h). Box plots, the
+    // scatterplot matrix and 3D histograms the host draws from the cases, keeping those that
+    // CaseInDrill lets through. The arguments other than the window are not looked at.
+    short DDNHistograms(HWND window);
+    short RVHistograms(HWND window);
+    // A 3D histogram of each pair of the two lists the user picks; 0 when the user cancels.
+    int RV3DHistograms(short unused, HWND window);
+    int DDNPiecharts(short unused, HWND window);
+    int RVPiecharts(short unused, HWND window);
+    // One chart of all variables; 0 also when a variable has no case at all.
+    int DDNStackedplots(short unused, HWND window);
+    int RVStackedplots(short unused, HWND window);
+    // One box-plot graph per style that is on; 0 with a message when none is.
+    short RVBoxWhiker(HWND window);
+    // 0 when the host could not draw the matrix.
+    short RVScatterPlot(HWND window);
+
     // The current subset as a new data file (1 when finished), or as a table of all variables.
     short DDNSaveData(HWND window);
     short DDNDatasheet(HWND window);
@@ -268,6 +286,9 @@ private:
     short AnyLongLabel(DrillSet& records, short variable, short type);
     short DescriptiveTable(const std::vector<const Drill*>& rows, bool trimNames);
     short FrequencyTables(DrillSet& records, bool reviews);
+    short Histograms(DrillSet& records, bool reviews);
+    int Piecharts(DrillSet& records, bool reviews);
+    int Stackedplots(DrillSet& records, bool reviews);
     std::string DisplayName(short variable, char* buffer);
     struct VariableSide;
     struct SaveStorage;
@@ -288,3 +309,14 @@ private:
     // Allocates the seven per-variable arrays; false when memory ran out.
     bool AllocateVariableArrays(int nv);
 };
+
+// The case filter of the host's own graphs (HostOutput.h): 0 when the case, one double per
+// variable with variable v at index v - 1, lies in the current subset of the current
+// analysis, 1 when a drill step leaves it out. When x and y are both not null they take the
+// values at CaseFilterXIndex and CaseFilterYIndex.
+int CaseInDrill(char* unused1, long* unused2, double* values, double* x, double* y);
+// The same with the two outputs as floats, for Histogram3D.
+int CaseInDrillFloat(char* unused1, long* unused2, double* values, float* x, float* y);
+// The 0-based numbers of the two variables of the 3D histogram being drawn.
+extern int16_t CaseFilterXIndex;
+extern int16_t CaseFilterYIndex;

@@ -253,6 +253,21 @@ long CDDNStartupDlg::PageCommand(HWND dialog, int id) {
         if (downs >= 1)
             drill.DDNDescriptive(dialog);
         break;
+    case ButtonHistograms:
+        ApplyCategorisation(dialog);
+        if (downs >= 1)
+            drill.DDNHistograms(dialog);
+        break;
+    case ButtonPiecharts:
+        ApplyCategorisation(dialog);
+        if (downs >= 1)
+            drill.DDNPiecharts(0, dialog);
+        break;
+    case ButtonStackedPlots:
+        ApplyCategorisation(dialog);
+        if (downs >= 1)
+            drill.DDNStackedplots(0, dialog);
+        break;
     case ButtonSaveData:
         drill.DDNSaveData(dialog);
         break;
@@ -266,6 +281,24 @@ long CDDNStartupDlg::PageCommand(HWND dialog, int id) {
         break;
     case ButtonReviewDescriptives:
         drill.RVSummary(dialog);
+        break;
+    case ButtonReviewHistograms:
+        drill.RVHistograms(dialog);
+        break;
+    case ButtonReview3DHistograms:
+        drill.RV3DHistograms(0, dialog);
+        break;
+    case ButtonReviewPiecharts:
+        drill.RVPiecharts(0, dialog);
+        break;
+    case ButtonBoxPlots:
+        drill.RVBoxWhiker(dialog);
+        break;
+    case ButtonScatterPlot:
+        drill.RVScatterPlot(dialog);
+        break;
+    case ButtonReviewStackedPlots:
+        drill.RVStackedplots(0, dialog);
         break;
     case CheckReviewCasewise:
         drill.ChangeRVMD();

@@ -143,6 +143,54 @@ short CAnalysisSupport::looka4(void* values, char* texts, const char* colFormat,
                                  reserved3, reserved4, cellMarks, reserved5, one1, one2);
 }
 
+int CAnalysisSupport::NewGeneralMultipleChartLongEx(
+    const CChartInfo& info, unsigned short chartFlags, short seriesCount, double** data,
+    int* points, unsigned char* seriesTypes, unsigned char* seriesOptions1,
+    unsigned char* seriesOptions2, unsigned char* seriesColours, char** seriesNames,
+    double* barWidths, char* titles, short titleStride, short titleLines, char* xTitle,
+    short xTitleLength, short xTitleLines, char* yTitle, short yTitleLength, short yTitleLines,
+    double yMin, double yMax, double yStep, double xMin, double xMax, double xStep, char* xLabels,
+    short xLabelWidth, double* xLabelPositions, int xLabelCount, char* yLabels, short yLabelWidth,
+    double* yLabelPositions, int yLabelCount, char* unused1, short unused2, double* unused3,
+    int unused4, char* unused5, short unused6, double* unused7, int unused8,
+    unsigned short xAxisStyle, short xAxisOption1, short xAxisOption2, unsigned short yAxisStyle,
+    short yAxisOption1, short yAxisOption2, unsigned short zAxisStyle, short zAxisOption1,
+    short zAxisOption2, char* legend, short legendItemWidth, int* seriesModes,
+    short pointLabelSwitch, short pointLabelWidth, char** pointLabels) {
+    return Host().Output->NewGeneralMultipleChartLongEx(
+        info, chartFlags, seriesCount, data, points, seriesTypes, seriesOptions1, seriesOptions2,
+        seriesColours, seriesNames, barWidths, titles, titleStride, titleLines, xTitle,
+        xTitleLength, xTitleLines, yTitle, yTitleLength, yTitleLines, yMin, yMax, yStep, xMin,
+        xMax, xStep, xLabels, xLabelWidth, xLabelPositions, xLabelCount, yLabels, yLabelWidth,
+        yLabelPositions, yLabelCount, unused1, unused2, unused3, unused4, unused5, unused6,
+        unused7, unused8, xAxisStyle, xAxisOption1, xAxisOption2, yAxisStyle, yAxisOption1,
+        yAxisOption2, zAxisStyle, zAxisOption1, zAxisOption2, legend, legendItemWidth,
+        seriesModes, pointLabelSwitch, pointLabelWidth, pointLabels);
+}
+int CAnalysisSupport::CategorizedVarBoxAndWhisker(unsigned short style, char* title,
+                                                  char* subtitle, char* unused1, char* unused2,
+                                                  int unused3, short count, short* variables,
+                                                  char* unused4, CaseFilter filter) {
+    return Host().Output->CategorizedVarBoxAndWhisker(style, title, subtitle, unused1, unused2,
+                                                      unused3, count, variables, unused4, filter);
+}
+int CAnalysisSupport::CorrelationScatterplot(unsigned short mode, int unused1, short firstCount,
+                                             short* first, short secondCount, short* second,
+                                             unsigned short unused2, double* unused3,
+                                             double* unused4, char* textBuffer, CaseFilter filter,
+                                             const std::string& title) {
+    return Host().Output->CorrelationScatterplot(mode, unused1, firstCount, first, secondCount,
+                                                 second, unused2, unused3, unused4, textBuffer,
+                                                 filter, title);
+}
+int CAnalysisSupport::Histogram3D(unsigned short kind, short x, short y, short unused1,
+                                  short unused2, short* unused3, short* unused4, short unused5,
+                                  char* title, char* unused6, char* subtitle, char* unused7,
+                                  int unused8, char* unused9, CaseFilterFloat filter) {
+    return Host().Output->Histogram3D(kind, x, y, unused1, unused2, unused3, unused4, unused5,
+                                      title, unused6, subtitle, unused7, unused8, unused9, filter);
+}
+
 namespace {
 HostServices& ContextHost() { return ModuleContext()->Host; }
 } // namespace

@@ -163,6 +163,33 @@ public:
                  int rowNameWidth, int headingWidth, int cellWidth, int tableFlags,
                  int reserved2, void* reserved3, void* reserved4, void* cellMarks,
                  short* reserved5, short* one1, short* one2);
+    // The chart calls (HostOutput.h).
+    int NewGeneralMultipleChartLongEx(
+        const CChartInfo& info, unsigned short chartFlags, short seriesCount, double** data,
+        int* points, unsigned char* seriesTypes, unsigned char* seriesOptions1,
+        unsigned char* seriesOptions2, unsigned char* seriesColours, char** seriesNames,
+        double* barWidths, char* titles, short titleStride, short titleLines, char* xTitle,
+        short xTitleLength, short xTitleLines, char* yTitle, short yTitleLength,
+        short yTitleLines, double yMin, double yMax, double yStep, double xMin, double xMax,
+        double xStep, char* xLabels, short xLabelWidth, double* xLabelPositions, int xLabelCount,
+        char* yLabels, short yLabelWidth, double* yLabelPositions, int yLabelCount,
+        char* unused1, short unused2, double* unused3, int unused4, char* unused5, short unused6,
+        double* unused7, int unused8, unsigned short xAxisStyle, short xAxisOption1,
+        short xAxisOption2, unsigned short yAxisStyle, short yAxisOption1, short yAxisOption2,
+        unsigned short zAxisStyle, short zAxisOption1, short zAxisOption2, char* legend,
+        short legendItemWidth, int* seriesModes, short pointLabelSwitch, short pointLabelWidth,
+        char** pointLabels);
+    int CategorizedVarBoxAndWhisker(unsigned short style, char* title, char* subtitle,
+                                    char* unused1, char* unused2, int unused3, short count,
+                                    short* variables, char* unused4, CaseFilter filter);
+    int CorrelationScatterplot(unsigned short mode, int unused1, short firstCount, short* first,
+                               short secondCount, short* second, unsigned short unused2,
+                               double* unused3, double* unused4, char* textBuffer,
+                               CaseFilter filter, const std::string& title);
+    int Histogram3D(unsigned short kind, short x, short y, short unused1, short unused2,
+                    short* unused3, short* unused4, short unused5, char* title, char* unused6,
+                    char* subtitle, char* unused7, int unused8, char* unused9,
+                    CaseFilterFloat filter);
 
 protected:
     void InitCommons(VmkTag* vmk, Vmk88Tag* vmk88, b1_com* b1, Wght_com* wght, _AddMenu* menu);

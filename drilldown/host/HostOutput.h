@@ -82,8 +82,9 @@ public:
                                        unsigned short unused2, double* unused3, double* unused4,
                                        char* textBuffer, CaseFilter filter,
                                        const std::string& title) = 0;
-    // A bivariate histogram of variables x and y (1-based) drawn as 3D bars, over the cases
-    // the filter keeps; the filter gives each kept case's two values.
+    // A bivariate histogram of variables x and y drawn as 3D bars, over the cases the filter
+    // keeps; the filter gives each kept case's two values. Unlike the other graph calls, x and
+    // y count from 0: variable v arrives as v - 1.
     virtual int Histogram3D(unsigned short kind, short x, short y, short unused1, short unused2,
                             short* unused3, short* unused4, short unused5, char* title,
                             char* unused6, char* subtitle, char* unused7, int unused8,

@@ -42,3 +42,12 @@ std::string ShortName(CAnalysisSupport& host, int variable) {
     host.ExpandPossible8CharHash(name);
     return name;
 }
+
+std::string VariableLabel(CAnalysisSupport& host, int variable) {
+    std::string label = RawShortName(host, variable);
+    char longName[128] = {};
+    host.WriteVarLongName(longName, variable);
+    if (longName[0] != '\0')
+        label += ": " + std::string(longName);
+    return label;
+}

@@ -17,3 +17,7 @@ std::string RawShortName(CAnalysisSupport& host, int variable);
 
 // The short name without surrounding blanks, its token expanded.
 std::string ShortName(CAnalysisSupport& host, int variable);
+
+// The name of a variable in a graph's title: the short name as the host gives it, and ": "
+// and the long name behind it when the variable has one.
+std::string VariableLabel(CAnalysisSupport& host, int variable);

@@ -1,0 +1,252 @@
+// The chart request as the host receives it from CGeneralChart: the settings of each kind of
+// chart, the count axis, the requests that are never sent, and memory running out.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+
+#include "drilldown/results/ChartBuilder.h"
+#include "results/ChartRecorder.h"
+#include "support/AnalysisFixture.h"
+
+namespace {
+
+class ChartBuilder : public test::AnalysisFixture {
+protected:
+    ChartBuilder() {
+        host.setOutput(&recorder);
+        ModuleContext()->Host = host.services();
+    }
+    void SetUp() override { open(test::makeFile({{"A"}}, {{1}})); }
+
+    // A chart of `series` series of 3 points with its ranges set, ready to draw.
+    std::unique_ptr<CGeneralChart> chart(short series = 1) {
+        auto made = std::make_unique<CGeneralChart>(*analysis, series, 3);
+        EXPECT_TRUE(made->Allocated());
+        for (short s = 0; s < series; ++s)
+            made->pointCounts[s] = 3;
+        made->xMin = made->yMin = 0;
+        made->xMax = made->yMax = 4;
+        return made;
+    }
+
+    test::ChartRecorder recorder;
+};
+
+TEST_F(ChartBuilder, AxisTopIsTheNextNeatNumberAboveTheCount) {
+    const struct {
+        double count;
+        int top;
+    } cases[] = {{-3, 1}, {0, 1},     {0.3, 0},   {0.7, 1},    {1, 2},      {1.5, 2},
+                 {2, 5},  {4.99, 5},  {7, 10},    {9, 10},     {10, 20},    {20, 50},
+                 {99, 100}, {100, 200}, {120, 200}, {1000, 2000}, {4999, 5000}, {5000, 10000}};
+    for (const auto& c : cases)
+        EXPECT_EQ(AxisTopForCount(c.count), c.top) << c.count;
+}
+
+TEST_F(ChartBuilder, CountAxisLabels) {
+    const struct {
+        double greatest;
+        double top;
+        double step;
+        std::vector<double> positions;
+    } cases[] = {
+        {7, 10, 1, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
+        {1, 2, 1, {0, 1, 2}},
+        {0.4, 0, 1, {0, 1, 2}}, // a weighted count below one: the top is 0
+        {3, 5, 1, {0, 1, 2, 3, 4, 5}},
+        {120, 200, 20, {0, 20, 40, 60, 80, 100, 120, 140, 160, 180, 200}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.greatest);
+        auto bars = chart();
+        ApplyCountAxis(*bars, c.greatest);
+        ASSERT_EQ(bars->DrawHistogram(1), 1);
+        const test::ChartRequest& r = recorder.charts.back();
+        EXPECT_EQ(r.yMin, 0);
+        EXPECT_EQ(r.yMax, c.top);
+        EXPECT_EQ(r.yStep, c.step);
+        EXPECT_EQ(r.yLabels.width, 20);
+        ASSERT_EQ(r.yLabels.count, static_cast<int>(c.positions.size()));
+        EXPECT_EQ(r.yLabels.positions, c.positions);
+        for (std::size_t k = 0; k < c.positions.size(); ++k)
+            EXPECT_EQ(r.yLabels.texts[k], std::to_string(static_cast<int>(c.positions[k])));
+    }
+}
+
+TEST_F(ChartBuilder, SettingsOfEachKindOfChart) {
+    const struct {
+        const char* what;
+        std::function<int(CGeneralChart&)> draw;
+        int kind;
+        unsigned short flags;
+        // Series 0, then series 1, which a histogram and a pie leave at its defaults.
+        std::vector<int> types, options1, options2, colours;
+        bool names;
+        std::array<int, 9> axes;
+        short pointLabelSwitch;
+    } cases[] = {
+        {"histogram", [](CGeneralChart& c) { return c.DrawHistogram(1); }, 5, 130, {5, 0},
+         {0, 0}, {0, 1}, {12, 13}, true, {8, 0, 0, 8, 0, 0, 8, 0, 0}, 0},
+        {"pie", [](CGeneralChart& c) { return c.DrawPie(); }, 3, 2, {10, 0}, {1, 0}, {0, 1},
+         {1, 13}, false, {8, 0, 0, 0, 0, 0, 0, 0, 0}, 1},
+        {"stacked", [](CGeneralChart& c) { return c.DrawStacked(); }, 2, 0, {5, 5}, {0, 0},
+         {0, 0}, {10, 12}, false, {8, 0, 0, 0, 0, 0, 0, 0, 0}, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        auto two = chart(2);
+        two->SetSeriesWidth(0, 0.9);
+        ASSERT_EQ(c.draw(*two), 1);
+        EXPECT_FALSE(two->Allocated()); // a drawn chart has let its blocks go
+        const test::ChartRequest& r = recorder.charts.back();
+        EXPECT_EQ(r.kind, c.kind);
+        EXPECT_EQ(r.flags, c.flags);
+        EXPECT_EQ(r.seriesCount, 2);
+        EXPECT_EQ(r.types, c.types);
+        EXPECT_EQ(r.options1, c.options1);
+        EXPECT_EQ(r.options2, c.options2);
+        EXPECT_EQ(r.colours, c.colours);
+        EXPECT_EQ(r.namesGiven, c.names);
+        if (c.names) {
+            EXPECT_EQ(r.names, (std::vector<std::string>{"", ""}));
+        }
+        EXPECT_EQ(r.axisStyles, c.axes);
+        EXPECT_EQ(r.pointLabelSwitch, c.pointLabelSwitch);
+        EXPECT_EQ(r.widths, (std::vector<double>{0.9, 0.0}));
+        EXPECT_EQ(r.titleStride, 62);
+        EXPECT_EQ(r.titleLines, 3);
+        EXPECT_EQ(r.xTitleLines, 1);
+        EXPECT_EQ(r.yTitleLines, 1);
+        EXPECT_TRUE(r.unusedPointersNull);
+        EXPECT_EQ(r.unusedNumbers, (std::array<int, 4>{0, 0, 0, -1}));
+        EXPECT_TRUE(r.legendEmpty);
+        EXPECT_EQ(r.legendWidth, 0);
+        EXPECT_FALSE(r.xLabels.given);
+        EXPECT_EQ(r.xLabels.count, 0);
+    }
+}
+
+TEST_F(ChartBuilder, StackedColoursRepeatAndTheLastBandIsTwelve) {
+    auto bands = chart(12);
+    ASSERT_EQ(bands->DrawStacked(), 1);
+    EXPECT_EQ(recorder.charts.back().colours,
+              (std::vector<int>{10, 9, 11, 13, 14, 15, 2, 4, 8, 3, 10, 12}));
+}
+
+TEST_F(ChartBuilder, HistogramFlagsAndModes) {
+    const struct {
+        unsigned short flagsBefore;
+        unsigned char drawFlags;
+        unsigned short flags;
+        int mode;
+    } cases[] = {{2, 1, 130, 0}, {2, 0, 130, 12}, {10, 1, 138, 0}, {130, 1, 130, 0}};
+    for (const auto& c : cases) {
+        auto bars = chart();
+        bars->chartFlags = c.flagsBefore;
+        ASSERT_EQ(bars->DrawHistogram(c.drawFlags), 1);
+        EXPECT_EQ(recorder.charts.back().flags, c.flags) << c.flagsBefore;
+        EXPECT_EQ(recorder.charts.back().modes[0], c.mode) << int(c.drawFlags);
+    }
+}
+
+TEST_F(ChartBuilder, RequestsThatAreNeverSent) {
+    const struct {
+        const char* what;
+        int points;
+        double xMin, xMax, yMin, yMax;
+        int hostAnswer;
+        int result;
+        bool sent;
+        std::vector<std::string> messages;
+    } cases[] = {
+        {"ranges never set", 3, 3e300, -3e300, 3e300, -3e300, 1, 1, false, {}},
+        {"X range upside down", 3, 2, 1, 0, 1, 1, 1, false, {}},
+        {"Y range upside down", 3, 0, 1, 2, 1, 1, 1, false, {}},
+        {"one value on each axis", 3, 1, 1, 5, 5, 1, 1, true, {}},
+        {"no points", 0, 0, 1, 0, 1, 1, 1, false, {"Nothing to plot...."}},
+        {"the host refuses", 3, 0, 1, 0, 1, 0, 0, true, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        recorder.charts.clear();
+        recorder.chartAnswer = c.hostAnswer;
+        CGeneralChart bars(*analysis, 1, c.points);
+        bars.xMin = c.xMin;
+        bars.xMax = c.xMax;
+        bars.yMin = c.yMin;
+        bars.yMax = c.yMax;
+        EXPECT_EQ(bars.DrawHistogram(1), c.result);
+        EXPECT_EQ(recorder.charts.size(), c.sent ? 1u : 0u);
+        EXPECT_EQ(takeMessages(), c.messages);
+    }
+}
+
+TEST_F(ChartBuilder, PointsTitlesAndLabels) {
+    CGeneralChart bars(*analysis, 1, 3);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double xs[] = {1, 2, nan};
+    const double ys[] = {5, -2, 7};
+    for (int i = 0; i < 3; ++i) {
+        bars.SetX(i, xs[i]);
+        bars.SetY(i, ys[i]);
+    }
+    bars.pointCounts[0] = 3;
+    bars.SetTitle(std::string(70, 't'));
+    bars.SetSubtitle("sub");
+    bars.SetXTitle("AGE");
+    bars.SetYTitle("Effectif");
+    ASSERT_EQ(bars.AllocXLabels(4, 5), 0);
+    bars.SetXLabel(1, 1, "Nord");
+    bars.SetXLabel(2, 2, "Nord-Ouest"); // cut at the width of an entry
+    ASSERT_EQ(bars.DrawHistogram(1), 1);
+    const test::ChartRequest& r = recorder.charts.back();
+    ASSERT_EQ(r.data[0].size(), 6u);
+    EXPECT_EQ(r.x(0, 1), 2);
+    EXPECT_TRUE(std::isnan(r.x(0, 2)));
+    EXPECT_EQ(r.data[0][3], 5); // Y of point 0 stands behind the three X values
+    EXPECT_EQ(r.y(0, 2), 7);
+    // The running ranges take the valid values only.
+    EXPECT_EQ(r.xMin, 1);
+    EXPECT_EQ(r.xMax, 2);
+    EXPECT_EQ(r.yMin, -2);
+    EXPECT_EQ(r.yMax, 7);
+    EXPECT_EQ(r.titles[0], std::string(60, 't'));
+    EXPECT_EQ(r.titles[1], "sub");
+    EXPECT_EQ(r.titles[2], "");
+    EXPECT_EQ(r.xTitle, "AGE");
+    EXPECT_EQ(r.xTitleLength, 3);
+    EXPECT_EQ(r.yTitleLength, 8);
+    EXPECT_EQ(r.xLabels.count, 4);
+    EXPECT_EQ(r.xLabels.width, 5);
+    EXPECT_EQ(r.xLabels.texts, (std::vector<std::string>{"", "Nord", "Nord-", ""}));
+    EXPECT_EQ(r.xLabels.positions, (std::vector<double>{0, 1, 2, 0}));
+    // The chart's own point labels go to the host for series 0, empty.
+    EXPECT_TRUE(r.pointLabelsGiven[0]);
+    EXPECT_EQ(r.pointLabelWidth, 12);
+}
+
+TEST_F(ChartBuilder, MemoryRunningOutAtAnyBlock) {
+    // Twelve blocks and one per series at construction, then the two of the X labels.
+    for (int failing = 1; failing <= 16; ++failing) {
+        SCOPED_TRACE(failing);
+        host.memory().failAllocation(failing);
+        CGeneralChart bars(*analysis, 2, 3);
+        const bool labels = bars.AllocXLabels(4, 20) == 0;
+        host.memory().clearFailures();
+        EXPECT_EQ(bars.Allocated(), failing > 14);
+        EXPECT_EQ(labels, failing <= 14);
+        bars.xMin = bars.yMin = 0;
+        bars.xMax = bars.yMax = 1;
+        const std::size_t before = recorder.charts.size();
+        EXPECT_EQ(bars.DrawHistogram(1), failing > 14 ? 1 : 0);
+        EXPECT_EQ(recorder.charts.size(), before + (failing > 14 ? 1 : 0));
+        if (failing > 14) {
+            EXPECT_FALSE(recorder.charts.back().xLabels.given);
+        }
+    }
+}
+
+} // namespace
