@@ -18,8 +18,9 @@ namespace {
 
 QtMessageHandler previousHandler = nullptr;
 
-// Qt's notes about the offscreen platform's surroundings (no runtime directory and the
-// like) are no news for a command-line user; everything else passes on.
+// Qt's debug, info and warning messages are no news for a command-line user (the offscreen
+// platform warns about a missing runtime directory and the like); critical and fatal ones
+// pass on.
 void quietHandler(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (type == QtDebugMsg || type == QtInfoMsg || type == QtWarningMsg)
         return;
