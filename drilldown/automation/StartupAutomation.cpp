@@ -39,6 +39,7 @@ enum Member : DISPID {
     MemberParent = 0x2,
     MemberOK = 0x3,
     MemberCancel = 0x4,
+    MemberResultsVariables = 0x7,
     MemberDrillDownVariable = 0x60030002,
     MemberDrillUpVariable = 0x60030004,
     MemberCategorySelections = 0x60030041,
@@ -207,6 +208,8 @@ HRESULT CDDNStartupDlg::InvokeMember(DISPID id, const DispatchCall& call, VARIAN
         }
         case MemberCancel:
             return OACancel();
+        case MemberResultsVariables:
+            return put_ResultsVariables(call.Arguments.at(0));
         default:
             break;
         }

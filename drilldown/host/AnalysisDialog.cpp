@@ -172,6 +172,10 @@ HRESULT CAnalysisModelessDialog::OAOK(int* success) {
 
 HRESULT CAnalysisModelessDialog::OACancel() { return SetOleProperty(IDCANCEL); }
 
+HRESULT CAnalysisModelessDialog::put_ResultsVariables(const VARIANT& lists) {
+    return Controls().SetResultsVariables(m_hWnd, lists);
+}
+
 int CAnalysisModalDialog::DoModal(COpDllResource&) {
     return Controls().RunModalDialog(this, m_resourceId, m_parent);
 }

@@ -202,6 +202,9 @@ public:
     // The automation members OK and Cancel: both close the panel through its close command.
     HRESULT OAOK(int* success);
     HRESULT OACancel();
+    // The automation member ResultsVariables: the lists that the next result's variable
+    // dialog answers with.
+    HRESULT put_ResultsVariables(const VARIANT& lists);
 };
 
 class CAnalysisModalDialog : public CAnalysisDialog {

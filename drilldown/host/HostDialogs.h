@@ -141,4 +141,7 @@ public:
     virtual HRESULT GetControlValue(HWND dialog, int id, VARTYPE type, VARIANT* value) = 0;
     // Writes control `id` as the user would; a null value presses it.
     virtual HRESULT SetControlValue(HWND dialog, int id, const VARIANT* value) = 0;
+    // The variables that the next variable dialog opened by a result command of the dialog
+    // answers with (a 3D histogram's two lists), as a macro gives them.
+    virtual HRESULT SetResultsVariables(HWND dialog, const VARIANT& lists) = 0;
 };

@@ -15,18 +15,7 @@ namespace {
 
 constexpr int CountColumns = 4;
 constexpr int DescriptionColumn = 4;
-constexpr int LongNameBytes = 128;
 constexpr int TokenBytes = 9;
-
-// The name in a table's title: the short name, and the long name behind a separator.
-std::string TitleName(CAnalysisSupport& host, int variable, const char* separator) {
-    std::string name = RawShortName(host, variable);
-    char longName[LongNameBytes] = {};
-    host.WriteVarLongName(longName, variable);
-    if (longName[0] != '\0')
-        name += separator + std::string(longName);
-    return name;
-}
 
 std::string RowText(const Drill& record, const Categories& category) {
     if (!category.Name.empty())
@@ -55,7 +44,7 @@ short CDrillDown::FrequencyTables(DrillSet& records, bool reviews) {
         CScrollTable table(*this, rows, describe ? CountColumns + 1 : CountColumns);
         if (!table.Allocated())
             return 0;
-        const std::string name = TitleName(*this, record.Variable, reviews ? " : " : ": ");
+        const std::string name = VariableLabel(*this, record.Variable, reviews ? " : " : ": ");
         std::string title = FormatText(GetResourceString(StrFrequencyTitle), name.c_str());
         Get8CharHash(title);
         table.SetTableTitle(title);

@@ -64,7 +64,7 @@ short CDrillDown::Histograms(DrillSet& records, bool reviews) {
         Get8CharHash(title);
         chart->SetTitle(title);
         chart->SetSubtitle(DrillString());
-        chart->SetXTitle(RawShortName(*this, record.Variable));
+        chart->SetXTitle(ShortName(*this, record.Variable));
 
         chart->pointCounts[0] = points;
         chart->xMin = 0.0;
@@ -104,8 +104,8 @@ int CDrillDown::RV3DHistograms(short, HWND window) {
             const short b = Hist3DSecond[j];
             CaseFilterXIndex = static_cast<int16_t>(a - 1);
             CaseFilterYIndex = static_cast<int16_t>(b - 1);
-            const std::string first = RawShortName(*this, a);
-            const std::string second = RawShortName(*this, b);
+            const std::string first = ShortName(*this, a);
+            const std::string second = ShortName(*this, b);
             std::string title =
                 FormatText(GetResourceString(Str3DHistogramTitle), first.c_str(), second.c_str());
             std::string subtitle = DrillString();

@@ -70,7 +70,7 @@ int CDrillDown::Piecharts(DrillSet& records, bool reviews) {
                             VariableLabel(*this, record.Variable);
         Get8CharHash(title);
         chart->SetTitle(title);
-        chart->SetXTitle(RawShortName(*this, record.Variable));
+        chart->SetXTitle(ShortName(*this, record.Variable));
         chart->SetSubtitle(DrillString());
 
         chart->pointCounts[0] = points;
@@ -122,7 +122,7 @@ int CDrillDown::Stackedplots(DrillSet& records, bool reviews) {
         const double total = record.WeightedN + record.MCount;
         if (total == 0)
             return 0;
-        chart.SetXLabel(static_cast<short>(k), k, RawShortName(*this, record.Variable));
+        chart.SetXLabel(static_cast<short>(k), k, ShortName(*this, record.Variable));
         chart.SetYTitle(GetResourceString(StrRelativeCountAxis));
         // Each band's upper edge, from 100 down: the bands are drawn over each other.
         int s = 0;

@@ -43,11 +43,11 @@ std::string ShortName(CAnalysisSupport& host, int variable) {
     return name;
 }
 
-std::string VariableLabel(CAnalysisSupport& host, int variable) {
-    std::string label = RawShortName(host, variable);
+std::string VariableLabel(CAnalysisSupport& host, int variable, const char* separator) {
+    std::string label = ShortName(host, variable);
     char longName[128] = {};
     host.WriteVarLongName(longName, variable);
     if (longName[0] != '\0')
-        label += ": " + std::string(longName);
+        label += separator + std::string(longName);
     return label;
 }

@@ -18,6 +18,6 @@ std::string RawShortName(CAnalysisSupport& host, int variable);
 // The short name without surrounding blanks, its token expanded.
 std::string ShortName(CAnalysisSupport& host, int variable);
 
-// The name of a variable in a graph's title: the short name as the host gives it, and ": "
-// and the long name behind it when the variable has one.
-std::string VariableLabel(CAnalysisSupport& host, int variable);
+// The name of a variable in a title: its short name without blanks, and the separator and
+// the long name behind it when the variable has one.
+std::string VariableLabel(CAnalysisSupport& host, int variable, const char* separator = ": ");

@@ -47,8 +47,11 @@ MacroOptions parseMacroArguments(const Arguments& arguments) {
     return options;
 }
 
-// Why the run cannot go on after a statement: a modal dialog that nobody can answer.
-std::string modalProblem(HeadlessDialogs& dialogs, std::size_t& seen) {
+// Why the run cannot go on after a statement: lists that the variable dialog refused, or a
+// modal dialog that nobody can answer.
+std::string statementProblem(HeadlessDialogs& dialogs, std::size_t& seen) {
+    if (std::string refused = dialogs.takeRefusedChoice(); !refused.empty())
+        return refused;
     const std::vector<int>& opened = dialogs.modalDialogsOpened();
     if (opened.size() == seen)
         return {};
@@ -76,7 +79,7 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
         } hold{panel};
         std::size_t modalsSeen = run.dialogs().modalDialogsOpened().size();
         MacroRunner::Hooks hooks{[&] { return stateToJson(run.analysis()).dump(2); },
-                                 [&] { return modalProblem(run.dialogs(), modalsSeen); }};
+                                 [&] { return statementProblem(run.dialogs(), modalsSeen); }};
         MacroRunner(dispatcher, panel, options.macro, hooks, out).run(statements);
         // A macro ends as the user's OK does: the panel closes and its settings are kept.
         if (run.dialogs().isOpen(run.panel()))

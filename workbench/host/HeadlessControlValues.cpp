@@ -177,7 +177,7 @@ HRESULT HeadlessDialogs::SetControlValue(HWND dialog, int id, const VARIANT* val
     }
 }
 
-HRESULT HeadlessDialogs::writeVariableLists(HWND dialog, int id, const std::string& text) {
+HRESULT HeadlessDialogs::queueVariableLists(const std::string& text) {
     if (m_file == nullptr)
         return fail(E_FAIL, "No data file is open.");
     wb::VariableChoice lists;
@@ -187,7 +187,22 @@ HRESULT HeadlessDialogs::writeVariableLists(HWND dialog, int id, const std::stri
         return fail(E_INVALIDARG, error.what());
     }
     m_choices.clear();
-    presetVariableChoice(lists.categorical, lists.continuous);
+    m_choices.push_back(VariableChoice{lists.categorical, lists.continuous, true});
+    return S_OK;
+}
+
+HRESULT HeadlessDialogs::SetResultsVariables(HWND dialog, const VARIANT& lists) {
+    std::string text;
+    if (!isOpen(dialog))
+        return fail(E_FAIL, "The dialog has been closed.");
+    if (m_automation == nullptr || !valueText(*m_automation, lists, text))
+        return fail(DISP_E_TYPEMISMATCH, "A list of variables is text.");
+    return queueVariableLists(text);
+}
+
+HRESULT HeadlessDialogs::writeVariableLists(HWND dialog, int id, const std::string& text) {
+    if (const HRESULT queued = queueVariableLists(text); FAILED(queued))
+        return queued;
     clickControl(dialog, id);
     // A choice that the command did not take (it did not open the variable dialog) is not
     // left for a later one.

@@ -266,7 +266,16 @@ int HeadlessDialogs::DoubleVarListDialog(HWND parent, unsigned short mode, const
     m_choices.pop_front();
     if (!answer)
         return 0;
-    checkChoice(m_calls.back(), *answer);
+    if (answer->fromMacro) {
+        try {
+            checkChoice(m_calls.back(), *answer);
+        } catch (const std::invalid_argument& refusal) {
+            m_refusedChoice = refusal.what();
+            return 0;
+        }
+    } else {
+        checkChoice(m_calls.back(), *answer);
+    }
     if (first == nullptr || firstCount == nullptr || second == nullptr || secondCount == nullptr)
         throw std::invalid_argument("DoubleVarListDialog: a list or count to write is null");
     std::copy(answer->first.begin(), answer->first.end(), first);

@@ -22,6 +22,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "drilldown/host/HostAutomation.h"
@@ -61,6 +62,9 @@ public:
     // Queues a cancel.
     void presetVariableCancel();
     std::size_t pendingVariableChoices() const { return m_choices.size(); }
+    // Why the variable dialog last refused lists that a macro gave, and forgets it; empty
+    // when it refused none.
+    std::string takeRefusedChoice() { return std::exchange(m_refusedChoice, {}); }
     // Every call of the variable dialog so far, the latest last.
     const std::vector<VariableDialogCall>& variableDialogCalls() const { return m_calls; }
 
@@ -211,6 +215,9 @@ public:
     // control; each leaves an error object that says why.
     HRESULT GetControlValue(HWND dialog, int id, VARTYPE type, VARIANT* value) override;
     HRESULT SetControlValue(HWND dialog, int id, const VARIANT* value) override;
+    // Queues the lists, in the list syntax of VariableList.h, as the next variable dialog's
+    // answer; E_INVALIDARG naming the item that is no variable.
+    HRESULT SetResultsVariables(HWND dialog, const VARIANT& lists) override;
 
     // The automation runtime that value errors are reported through; without one, failures
     // come back without an error object.
@@ -248,12 +255,16 @@ private:
     bool isListView(HWND dialog, int id) const;
     HRESULT fail(HRESULT result, const std::string& description);
     HRESULT writeVariableLists(HWND dialog, int id, const std::string& text);
+    HRESULT queueVariableLists(const std::string& text);
     HRESULT writeEdit(HWND dialog, int id, const VARIANT& value);
     HRESULT writeCheck(HWND dialog, int id, const VARIANT& value);
     HRESULT pressForDocument(HWND dialog, int id, VARIANT* value);
     struct VariableChoice {
         std::vector<short> first;
         std::vector<short> second;
+        // Given by a macro: a choice the dialog cannot take is refused as a user's cancel,
+        // and remembered for refusedChoice(), instead of being the caller's error.
+        bool fromMacro = false;
     };
 
     // Whether the dialog has the control, creating it on first use where the dialog does.
@@ -280,6 +291,7 @@ private:
     std::pair<HWND, int> m_command{nullptr, 0};
     std::map<std::pair<HWND, int>, std::string> m_variableLists;
     HostAutomation* m_automation = nullptr;
+    std::string m_refusedChoice;
     HeadlessOutput* m_output = nullptr;
     const HeadlessNewFile* m_newFile = nullptr;
 };

@@ -85,6 +85,11 @@ TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
          "test.ddm:2: DrillUp: Control 9057 (\"Haut\") is disabled now."},
         {"OK\nPrint Variables\n", "test.ddm:2: Print Variables: The dialog has been closed."},
         {"Variables = SEX\n", "test.ddm:1: Variables = SEX: \"SEX\" is no value"},
+        {"Variables = \"SEX\"\nReviewVariables = \"| INCOME SPEND\"\n"
+         "ResultsVariables = \"AGE | INCOME\"\nReview3DHistograms\n",
+         "test.ddm:4: Review3DHistograms: variable dialog \"Sélectionnez deux listes de var. "
+         "(var. horizontales et verticales des tracés) :\": variable 3 of the first list is not "
+         "among the choices"},
     };
     for (const auto& c : cases) {
         const CliRun result = run(c.macro);
@@ -149,6 +154,9 @@ TEST_F(MacroCommand, DemoTakesTheTour) {
     const CliRun result = runCli("demo --out " + out);
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_NE(result.out.find("7 Bretagne"), std::string::npos) << result.out;
+    // The pair given by ResultsVariables answers the 3D histogram's variable dialog.
+    EXPECT_NE(result.out.find("Histogramme 3D des variables : INCOME et SATISFACTION"),
+              std::string::npos);
     EXPECT_NE(result.out.find("Wrote"), std::string::npos);
     EXPECT_TRUE(std::filesystem::exists(out + "/index.html"));
 }

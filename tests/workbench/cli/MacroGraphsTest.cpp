@@ -40,7 +40,7 @@ TEST(MacroGraphs, ResultMembersGiveGraphsAndTheCaseGraphsAgreeWithTheSubset) {
     const CliRun run = runCli("run " + Sample + " " + macro + " --out " + out);
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.out.substr(0, run.out.find("\n\nWrote")),
-              "Histogramme de la variable du drill-down : REGION  : Région de résidence\n"
+              "Histogramme de la variable du drill-down : REGION: Région de résidence\n"
               "Synthèse de l'analyse drill-down\n"
               "Boîtes à Moustaches des Variables Etudiées\n"
               "Corrélations")

@@ -39,7 +39,7 @@ TEST(MacroResults, TablesAgreeWithAnIndependentComputation) {
     const CliRun run = runCli("run " + Sample + " " + macro + " --out " + out);
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.out.substr(0, run.out.find("\n\nWrote")),
-              "Statistiques descriptives\nTableau de fréquence de CHANNEL : Canal d'achat principal");
+              "Statistiques descriptives\nTableau de fréquence de CHANNEL: Canal d'achat principal");
 
     const wb::DataFile file = wb::loadDataFile(Sample);
     const int region = file.findVariable("REGION"), sex = file.findVariable("SEX");
