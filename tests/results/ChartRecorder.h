@@ -7,6 +7,9 @@
 #include <array>
 #include <cstring>
 #include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "drilldown/host/HostOutput.h"
@@ -37,7 +40,7 @@ struct ChartRequest {
     short titleStride = 0, titleLines = 0;
     std::string xTitle, yTitle;
     short xTitleLength = 0, xTitleLines = 0, yTitleLength = 0, yTitleLines = 0;
-    double yMin = 0, yMax = 0, yStep = 0, xMin = 0, xMax = 0, xStep = 0;
+    double yMin = 0, yMax = 0, yStep = 0, xMin = 0, xMax = 0;
     AxisLabels xLabels, yLabels;
     // The two label sets that carry nothing: pointers null and the four numbers.
     bool unusedPointersNull = false;
@@ -55,34 +58,15 @@ struct ChartRequest {
     double x(int s, int i) const { return data.at(s).at(i); }
 };
 
-struct BoxPlotRequest {
-    unsigned short style = 0;
+// A graph that the host draws from the cases: what the tests read of its arguments, and the
+// filter's answer for each of the recorder's cases (0 kept, 1 left out).
+struct CaseGraphRequest {
+    unsigned short style = 0; // the box-plot style, or the scatterplot matrix's mode
+    short x = 0, y = 0;       // of a 3D histogram
     std::string title, subtitle;
-    bool unusedNull = false;
-    int unusedNumber = -1;
-    std::vector<short> variables;
-    std::vector<int> filtered; // the filter's answer for each of the recorder's cases
-};
-
-struct ScatterRequest {
-    unsigned short mode = 0;
-    int unused1 = -1;
-    std::vector<short> first;
-    short secondCount = -1;
-    bool secondNull = false, unusedNull = false;
-    unsigned short unused2 = 1;
-    char* textBuffer = nullptr;
-    std::string title;
+    std::vector<short> variables; // of box plots and the matrix's first list
     std::vector<int> filtered;
-};
-
-struct Histogram3DRequest {
-    unsigned short kind = 0;
-    short x = 0, y = 0;
-    std::string title, subtitle;
-    bool unusedNull = false;
-    std::vector<int> filtered;
-    // The two values the filter gave for each case it kept.
+    // The two values the filter of a 3D histogram gave for each case it kept.
     std::vector<std::pair<float, float>> pairs;
 };
 
@@ -95,37 +79,32 @@ public:
     int scatterAnswer = 0;
 
     std::vector<ChartRequest> charts;
-    std::vector<BoxPlotRequest> boxPlots;
-    std::vector<ScatterRequest> scatterPlots;
-    std::vector<Histogram3DRequest> histograms3D;
+    std::vector<CaseGraphRequest> boxPlots, scatterPlots, histograms3D;
 
-    short looka4(void*, char*, const char*, const char*, const char*, const char*, const char*,
-                 int, int, int, int, int, int, int, int, int, int, int, int, int, int, int, int,
-                 void*, void*, void*, short*, short*, short*) override {
-        ++tables;
+    short looka4(void*, char*, const char*, const char*, const char*, const char*, const char*, int,
+                 int, int, int, int, int, int, int, int, int, int, int, int, int, int, int, void*,
+                 void*, void*, short*, short*, short*) override {
         return 1;
     }
-    int tables = 0;
 
     int NewGeneralMultipleChartLongEx(
         const CChartInfo& info, unsigned short chartFlags, short seriesCount, double** data,
         int* points, unsigned char* seriesTypes, unsigned char* seriesOptions1,
         unsigned char* seriesOptions2, unsigned char* seriesColours, char** seriesNames,
         double* barWidths, char* titles, short titleStride, short titleLines, char* xTitle,
-        short xTitleLength, short xTitleLines, char* yTitle, short yTitleLength,
-        short yTitleLines, double yMin, double yMax, double yStep, double xMin, double xMax,
-        double xStep, char* xLabels, short xLabelWidth, double* xLabelPositions, int xLabelCount,
-        char* yLabels, short yLabelWidth, double* yLabelPositions, int yLabelCount,
-        char* unused1, short unused2, double* unused3, int unused4, char* unused5, short unused6,
-        double* unused7, int unused8, unsigned short xAxisStyle, short xAxisOption1,
-        short xAxisOption2, unsigned short yAxisStyle, short yAxisOption1, short yAxisOption2,
+        short xTitleLength, short xTitleLines, char* yTitle, short yTitleLength, short yTitleLines,
+        double yMin, double yMax, double yStep, double xMin, double xMax, double, char* xLabels,
+        short xLabelWidth, double* xLabelPositions, int xLabelCount, char* yLabels,
+        short yLabelWidth, double* yLabelPositions, int yLabelCount, char* unused1, short unused2,
+        double* unused3, int unused4, char* unused5, short unused6, double* unused7, int unused8,
+        unsigned short xAxisStyle, short xAxisOption1, short xAxisOption2,
+        unsigned short yAxisStyle, short yAxisOption1, short yAxisOption2,
         unsigned short zAxisStyle, short zAxisOption1, short zAxisOption2, char* legend,
         short legendItemWidth, int* seriesModes, short pointLabelSwitch, short pointLabelWidth,
         char** pointLabels) override {
         ChartRequest r;
-        r.kind = info.Kind();
-        r.flags = chartFlags;
-        r.seriesCount = seriesCount;
+        std::tie(r.kind, r.flags, r.seriesCount, r.namesGiven) =
+            std::tuple(info.Kind(), chartFlags, seriesCount, seriesNames != nullptr);
         for (int s = 0; s < seriesCount; ++s) {
             r.points.push_back(points[s]);
             r.data.emplace_back(data[s], data[s] + 2 * points[s]);
@@ -143,119 +122,89 @@ public:
                                         ? fields(pointLabels[s], pointLabelWidth, points[s])
                                         : std::vector<std::string>{});
         }
-        r.namesGiven = seriesNames != nullptr;
         for (int line = 0; line < titleLines && line < 3; ++line)
-            r.titles[line] = field(titles + line * titleStride, titleStride);
-        r.titleStride = titleStride;
-        r.titleLines = titleLines;
-        r.xTitle = std::string(xTitle, xTitleLength);
-        r.xTitleLength = xTitleLength;
-        r.xTitleLines = xTitleLines;
-        r.yTitle = std::string(yTitle, yTitleLength);
-        r.yTitleLength = yTitleLength;
-        r.yTitleLines = yTitleLines;
-        r.yMin = yMin;
-        r.yMax = yMax;
-        r.yStep = yStep;
-        r.xMin = xMin;
-        r.xMax = xMax;
-        r.xStep = xStep;
+            r.titles[line] = fields(titles + line * titleStride, titleStride, 1)[0];
+        std::tie(r.titleStride, r.titleLines, r.xTitle, r.yTitle) =
+            std::tuple(titleStride, titleLines, std::string(xTitle, xTitleLength),
+                       std::string(yTitle, yTitleLength));
+        std::tie(r.xTitleLength, r.xTitleLines, r.yTitleLength, r.yTitleLines) =
+            std::tuple(xTitleLength, xTitleLines, yTitleLength, yTitleLines);
+        std::tie(r.yMin, r.yMax, r.yStep, r.xMin, r.xMax) =
+            std::tuple(yMin, yMax, yStep, xMin, xMax);
         r.xLabels = labels(xLabels, xLabelWidth, xLabelPositions, xLabelCount);
         r.yLabels = labels(yLabels, yLabelWidth, yLabelPositions, yLabelCount);
-        r.unusedPointersNull = unused1 == nullptr && unused3 == nullptr && unused5 == nullptr &&
-                               unused7 == nullptr;
+        r.unusedPointersNull =
+            unused1 == nullptr && unused3 == nullptr && unused5 == nullptr && unused7 == nullptr;
         r.unusedNumbers = {unused2, unused4, unused6, unused8};
-        r.axisStyles = {xAxisStyle, xAxisOption1, xAxisOption2, yAxisStyle, yAxisOption1,
-                        yAxisOption2, zAxisStyle, zAxisOption1, zAxisOption2};
-        r.legendEmpty = legend != nullptr && std::all_of(legend, legend + 400,
-                                                         [](char c) { return c == 0; });
-        r.legendWidth = legendItemWidth;
-        r.pointLabelSwitch = pointLabelSwitch;
-        r.pointLabelWidth = pointLabelWidth;
+        r.axisStyles = {xAxisStyle,   xAxisOption1, xAxisOption2, yAxisStyle,  yAxisOption1,
+                        yAxisOption2, zAxisStyle,   zAxisOption1, zAxisOption2};
+        r.legendEmpty =
+            legend != nullptr && std::all_of(legend, legend + 400, [](char c) { return c == 0; });
+        std::tie(r.legendWidth, r.pointLabelSwitch, r.pointLabelWidth) =
+            std::tuple(legendItemWidth, pointLabelSwitch, pointLabelWidth);
         charts.push_back(std::move(r));
         return chartAnswer;
     }
 
-    int CategorizedVarBoxAndWhisker(unsigned short style, char* title, char* subtitle,
-                                    char* unused1, char* unused2, int unused3, short count,
-                                    short* variables, char* unused4, CaseFilter filter) override {
-        BoxPlotRequest r{style, title, subtitle, unused1 == nullptr && unused2 == nullptr &&
-                                                     unused4 == nullptr,
-                         unused3, std::vector<short>(variables, variables + count), {}};
-        r.filtered = tryFilter(filter);
-        boxPlots.push_back(std::move(r));
+    int CategorizedVarBoxAndWhisker(unsigned short style, char* title, char* subtitle, char*, char*,
+                                    int, short count, short* variables, char*,
+                                    CaseFilter filter) override {
+        CaseGraphRequest& r = boxPlots.emplace_back();
+        std::tie(r.style, r.title, r.subtitle) = std::tuple(style, title, subtitle);
+        r.variables.assign(variables, variables + count);
+        tryFilter(r, filter);
         return 1;
     }
 
-    int CorrelationScatterplot(unsigned short mode, int unused1, short firstCount, short* first,
-                               short secondCount, short* second, unsigned short unused2,
-                               double* unused3, double* unused4, char* textBuffer,
-                               CaseFilter filter, const std::string& title) override {
-        ScatterRequest r;
-        r.mode = mode;
-        r.unused1 = unused1;
-        r.first.assign(first, first + firstCount);
-        r.secondCount = secondCount;
-        r.secondNull = second == nullptr;
-        r.unused2 = unused2;
-        r.unusedNull = unused3 == nullptr && unused4 == nullptr;
-        r.textBuffer = textBuffer;
-        r.title = title;
-        r.filtered = tryFilter(filter);
-        scatterPlots.push_back(std::move(r));
+    int CorrelationScatterplot(unsigned short mode, int, short firstCount, short* first, short,
+                               short*, unsigned short, double*, double*, char*, CaseFilter filter,
+                               const std::string& title) override {
+        CaseGraphRequest& r = scatterPlots.emplace_back();
+        std::tie(r.style, r.title) = std::tuple(mode, title);
+        r.variables.assign(first, first + firstCount);
+        tryFilter(r, filter);
         return scatterAnswer;
     }
 
-    int Histogram3D(unsigned short kind, short x, short y, short unused1, short unused2,
-                    short* unused3, short* unused4, short unused5, char* title, char* unused6,
-                    char* subtitle, char* unused7, int unused8, char* unused9,
+    int Histogram3D(unsigned short, short x, short y, short, short, short*, short*, short,
+                    char* title, char*, char* subtitle, char*, int, char*,
                     CaseFilterFloat filter) override {
-        Histogram3DRequest r;
-        r.kind = kind;
-        r.x = x;
-        r.y = y;
-        r.title = title;
-        r.subtitle = subtitle;
-        r.unusedNull = unused1 == 0 && unused2 == 0 && unused3 == nullptr &&
-                       unused4 == nullptr && unused5 == 0 && unused6 == nullptr &&
-                       unused7 == nullptr && unused8 == 0 && unused9 == nullptr;
-        for (std::vector<double> values : cases) {
-            float fx = -1, fy = -1;
-            const int left = filter(nullptr, nullptr, values.data(), &fx, &fy);
-            r.filtered.push_back(left);
-            if (left == 0)
-                r.pairs.emplace_back(fx, fy);
-        }
-        histograms3D.push_back(std::move(r));
+        CaseGraphRequest& r = histograms3D.emplace_back();
+        std::tie(r.x, r.y, r.title, r.subtitle) = std::tuple(x, y, title, subtitle);
+        tryFilter(r, filter);
         return 1;
     }
 
 private:
-    static std::string field(const char* text, int width) {
-        return std::string(text, strnlen(text, width));
-    }
+    // `count` texts of `width` bytes each, each up to its first zero byte.
     static std::vector<std::string> fields(const char* text, int width, int count) {
         std::vector<std::string> all;
-        for (int i = 0; i < count; ++i)
-            all.push_back(field(text + static_cast<std::ptrdiff_t>(i) * width, width));
+        for (int i = 0; i < count; ++i) {
+            const char* field = text + static_cast<std::ptrdiff_t>(i) * width;
+            all.emplace_back(field, strnlen(field, width));
+        }
         return all;
     }
     static AxisLabels labels(const char* texts, short width, const double* positions, int count) {
-        AxisLabels l;
-        l.given = texts != nullptr && positions != nullptr;
-        l.width = width;
-        l.count = count;
+        AxisLabels l{texts != nullptr && positions != nullptr, width, count, {}, {}};
         if (l.given) {
             l.texts = fields(texts, width, count);
             l.positions.assign(positions, positions + count);
         }
         return l;
     }
-    std::vector<int> tryFilter(CaseFilter filter) {
-        std::vector<int> answers;
-        for (std::vector<double> values : cases)
-            answers.push_back(filter(nullptr, nullptr, values.data(), nullptr, nullptr));
-        return answers;
+    // Tries the filter on each case; a 3D histogram's filter also gives the kept case's pair.
+    template <typename Value>
+    void tryFilter(CaseGraphRequest& r, int (*filter)(char*, long*, double*, Value*, Value*)) {
+        constexpr bool pair = std::is_same_v<Value, float>;
+        for (std::vector<double> values : cases) {
+            Value x = -1, y = -1;
+            r.filtered.push_back(
+                filter(nullptr, nullptr, values.data(), pair ? &x : nullptr, pair ? &y : nullptr));
+            if constexpr (pair)
+                if (r.filtered.back() == 0)
+                    r.pairs.emplace_back(x, y);
+        }
     }
 };
 

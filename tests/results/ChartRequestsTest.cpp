@@ -1,12 +1,14 @@
 // The graph requests of the analysis as the host receives them: histograms, pie charts and
 // stacked plots from the category counts, box plots, the scatterplot matrix and 3D
-// histograms with the case filter, and the panel's buttons that ask for them.
+// histograms with the case filter, and the panel's buttons that ask for them. The settings
+// that every chart of a kind shares are ChartBuilderTest's.
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
 #include <functional>
 #include <numeric>
+#include <tuple>
 
 #include "results/ChartRecorder.h"
 #include "support/PanelFixture.h"
@@ -18,7 +20,6 @@ constexpr double M = -9;
 const char* const Missing = "Manquante(s)";
 const char* const Provence = "Provence-Alpes-Azur!"; // 20 characters
 
-
 // Fills the recorder in for the fixture's table output.
 template <typename Base> class WithRecorder : public Base {
 protected:
@@ -29,14 +30,6 @@ protected:
     std::string expand(std::string text) {
         this->host.text().ExpandPossible8CharHash(text);
         return text;
-    }
-    // The cases of the open file in the filter's layout: variable v at index v - 1.
-    std::vector<std::vector<double>> fileCases() const {
-        std::vector<std::vector<double>> all;
-        const int nv = this->file.variableCount();
-        for (int c = 1; c <= this->file.caseCount(); ++c)
-            all.emplace_back(this->file.row(c) + 1, this->file.row(c) + 1 + nv);
-        return all;
     }
     test::ChartRecorder recorder;
 };
@@ -62,6 +55,7 @@ protected:
     void SetUp() override { openSurvey(); }
     void openSurvey(double weight = 1) {
         open(survey(weight));
+        recorder.charts.clear();
         ASSERT_EQ(chooseDrillVariables({1, 2}, {3}), 1);
         ASSERT_EQ(chooseReviewVariables({1, 2}, {3, 4}), 1);
     }
@@ -74,17 +68,20 @@ protected:
         analysis->SetWM(weightedMoments ? 1 : 0);
         analysis->NeedsRescan = 1;
     }
-    // Replaces the drill steps by one step of `method` pinned to the category
-    // (lower, upper], or to the missing-data row.
-    void pinStep(int method, double lower, double upper, bool missingRow = false) {
-        Drill step(3, 1, 0, "X");
-        step.Method = method;
-        step.Categories.emplace(1, 1.0, lower - 10, "below", lower - 20);
-        step.Categories.emplace(1, 1.0, upper, "pinned", lower);
-        step.DrilledItem = missingRow ? 2 : 1;
-        analysis->DrillUps->clear();
-        analysis->DrillUps->insert(step);
+    // Counts missing data or not from the next graph on, which starts a fresh record.
+    void countMissing(short countMD) {
+        analysis->SetCountMD(countMD);
+        analysis->NeedsRescan = 1;
+        recorder.charts.clear();
     }
+    // The cases of the open file in the filter's layout: variable v at index v - 1.
+    std::vector<std::vector<double>> fileCases() const {
+        std::vector<std::vector<double>> all;
+        for (int c = 1; c <= file.caseCount(); ++c)
+            all.emplace_back(file.row(c) + 1, file.row(c) + 1 + file.variableCount());
+        return all;
+    }
+    // The filter's answer for each case, as the box plots get it.
     std::vector<int> boxFilter(const std::vector<std::vector<double>>& cases) {
         recorder.cases = cases;
         recorder.boxPlots.clear();
@@ -95,68 +92,63 @@ protected:
     }
 };
 
-TEST_F(ChartRequests, HistogramBars) {
+// Histograms and pies of the category counts: a bar or slice per category, then one for the
+// missing data when they are counted. Bars stand at 1, 2, ... under their labels, on a count
+// axis from 0 to above the greatest bar, the missing one included. Slices keep 12 characters
+// of their labels and one place more that stays 0 and unlabelled, on a scale of 0 to 100.
+TEST_F(ChartRequests, BarsAndSlicesOfTheCategoryCounts) {
     const struct {
-        const char* what;
+        bool pie;
         double weight;
         short countMD;
-        std::size_t chart; // in the order of the drill-down variables
-        std::vector<double> counts;
-        std::vector<std::string> labels; // entry 0 stays empty
-        double top;
-        std::size_t yLabels;
-        const char* yTitle;
+        std::size_t chart;               // A, B or X
+        std::vector<double> data;        // the X values, then the Y values
+        std::vector<std::string> labels; // empty: not compared
+        double top;                      // of the count axis
     } cases[] = {
-        {"missing data counted", 1, 1, 0, {4, 2, 1}, {"", "Nord", Provence, Missing}, 5, 6,
-         "Effectif"},
-        {"missing data not counted", 1, 0, 0, {4, 2}, {"", "Nord", Provence}, 5, 6, "Effectif"},
-        {"the missing bar raises the top", 1, 1, 1, {1, 1, 1, 1, 1, 2}, {}, 5, 6, "Effectif"},
-        {"without it", 1, 0, 1, {1, 1, 1, 1, 1}, {}, 2, 3, "Effectif"},
-        {"weighted", 0.4, 1, 0, {1.6, 0.8, 0.4}, {}, 2, 3, "Effectif pondéré"},
-        {"weighted counts below one", 0.4, 0, 1, {0.4, 0.4, 0.4, 0.4, 0.4}, {}, 0, 3,
-         "Effectif pondéré"},
+        // Bars of A with missing data counted or not, of B whose missing bar raises the top,
+        // and weighted.
+        {false, 1, 1, 0, {1, 2, 3, 4, 2, 1}, {"", "Nord", Provence, Missing}, 5},
+        {false, 1, 0, 0, {1, 2, 4, 2}, {"", "Nord", Provence}, 5},
+        {false, 1, 1, 1, {1, 2, 3, 4, 5, 6, 1, 1, 1, 1, 1, 2}, {}, 5},
+        {false, 1, 0, 1, {1, 2, 3, 4, 5, 1, 1, 1, 1, 1}, {}, 2},
+        {false, 0.4, 1, 0, {1, 2, 3, 1.6, 0.8, 0.4}, {}, 2},
+        // Slices of A with missing data counted or not.
+        {true, 1, 1, 0, {1, 2, 3, 0, 4, 2, 1, 0}, {"Nord", "Provence-Alp", Missing, ""}, 0},
+        {true, 1, 0, 0, {1, 2, 0, 4, 2, 0}, {"Nord", "Provence-Alp", ""}, 0},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(testing::Message() << "case " << &c - cases);
         openSurvey(c.weight);
         if (c.weight != 1)
             weighByW(true);
-        analysis->SetCountMD(c.countMD);
-        analysis->NeedsRescan = 1;
-        recorder.charts.clear();
-        ASSERT_EQ(analysis->DDNHistograms(panel), 1);
+        countMissing(c.countMD);
+        ASSERT_EQ(c.pie ? analysis->DDNPiecharts(0, panel) : analysis->DDNHistograms(panel), 1);
         ASSERT_EQ(recorder.charts.size(), 3u); // A, B, X
         const test::ChartRequest& r = recorder.charts[c.chart];
-        const int points = static_cast<int>(c.counts.size());
-        ASSERT_EQ(r.points, std::vector<int>{points});
-        for (int i = 0; i < points; ++i) {
-            EXPECT_EQ(r.x(0, i), i + 1);
-            EXPECT_NEAR(r.y(0, i), c.counts[i], 1e-9) << i;
+        ASSERT_EQ(r.data[0].size(), c.data.size());
+        for (std::size_t i = 0; i < c.data.size(); ++i)
+            EXPECT_NEAR(r.data[0][i], c.data[i], 1e-9) << i;
+        const double points = c.data.size() / 2;
+        if (c.pie) {
+            EXPECT_EQ(r.pointLabels[0], c.labels);
+            EXPECT_EQ(std::tuple(r.xMin, r.xMax, r.yMin, r.yMax, r.yStep),
+                      std::tuple(0.0, points, 0.0, 100.0, 20.0));
+            EXPECT_EQ(r.modes, std::vector<int>{192});
+            continue;
         }
-        EXPECT_EQ(r.xLabels.count, points + 1);
-        EXPECT_EQ(r.xLabels.width, 20);
         if (!c.labels.empty()) {
             EXPECT_EQ(r.xLabels.texts, c.labels);
         }
-        std::vector<double> positions(points + 1);
-        std::iota(positions.begin(), positions.end(), 0.0);
-        EXPECT_EQ(r.xLabels.positions, positions);
-        EXPECT_EQ(r.xMin, 0);
-        EXPECT_EQ(r.xMax, points + 1);
-        EXPECT_EQ(r.xStep, 1);
-        EXPECT_EQ(r.yMin, 0);
-        EXPECT_EQ(r.yMax, c.top);
-        EXPECT_EQ(r.yLabels.count, static_cast<int>(c.yLabels));
-        EXPECT_EQ(r.yTitle, c.yTitle);
-        EXPECT_EQ(r.kind, 5);
-        EXPECT_EQ(r.flags, 130);
+        for (std::size_t k = 0; k < r.xLabels.positions.size(); ++k)
+            EXPECT_EQ(r.xLabels.positions[k], k); // each bar's label under it
+        EXPECT_EQ(std::tuple(r.xMin, r.xMax, r.yMin, r.yMax),
+                  std::tuple(0.0, points + 1, 0.0, c.top));
         EXPECT_EQ(r.modes, std::vector<int>{0});
-        EXPECT_EQ(r.widths, std::vector<double>{0.9});
+        EXPECT_EQ(r.yTitle, c.weight == 1 ? "Effectif" : "Effectif pondéré");
     }
-}
 
-TEST_F(ChartRequests, VariablesWithoutBarsAreNotPlotted) {
-    // Weights of 0.4 round to 0 without weighted moments: no variable has a category left.
+    // Weights of 0.4 round to 0 without weighted moments: no variable has a bar to draw.
     openSurvey(0.4);
     weighByW(false);
     EXPECT_EQ(analysis->DDNHistograms(panel), 1);
@@ -164,163 +156,82 @@ TEST_F(ChartRequests, VariablesWithoutBarsAreNotPlotted) {
     EXPECT_EQ(takeMessages(), std::vector<std::string>(3, "Nothing to plot...."));
 }
 
-TEST_F(ChartRequests, TitlesOfEachVariableGraph) {
+// Each graph of a variable is titled by its kind and the variable's label, its X axis by the
+// variable's short name; a stacked plot has one title for all its variables. The drill steps
+// follow the title.
+TEST_F(ChartRequests, TitlesOfEachGraph) {
+    const std::vector<std::string> downs = {"A: Région", "X"}, all = {"A: Région", "B", "X", "Y"};
+    const std::vector<std::string> none = {""};
     const struct {
-        const char* what;
         std::function<int()> draw;
-        std::vector<std::string> titles;
-        std::vector<std::string> xTitles; // short names without their padding
+        std::string title;
+        const std::vector<std::string>& labels;
     } cases[] = {
-        {"drill-down histograms", [this] { return analysis->DDNHistograms(panel); },
-         {"Histogramme de la variable du drill-down : A: Région",
-          "Histogramme de la variable du drill-down : X"},
-         {"A", "X"}},
-        {"review histograms", [this] { return analysis->RVHistograms(panel); },
-         {"Histogramme de la variable étudiée : A: Région",
-          "Histogramme de la variable étudiée : B",
-          "Histogramme de la variable étudiée : X",
-          "Histogramme de la variable étudiée : Y"},
-         {"A", "B", "X", "Y"}},
-        {"drill-down pies", [this] { return analysis->DDNPiecharts(0, panel); },
-         {"Camembert pour la variable de drill-down : A: Région",
-          "Camembert pour la variable de drill-down : X"},
-         {"A", "X"}},
-        {"review pies", [this] { return analysis->RVPiecharts(0, panel); },
-         {"Camembert des variables étudiées : A: Région",
-          "Camembert des variables étudiées : B",
-          "Camembert des variables étudiées : X",
-          "Camembert des variables étudiées : Y"},
-         {"A", "B", "X", "Y"}},
-        {"drill-down stacked plot", [this] { return analysis->DDNStackedplots(0, panel); },
-         {"Tracé empilé des variables du drill-down"}, {}},
-        {"review stacked plot", [this] { return analysis->RVStackedplots(0, panel); },
-         {"Tracé empilé des variables étudiées"}, {}},
+        {[this] { return analysis->DDNHistograms(panel); },
+         "Histogramme de la variable du drill-down : ", downs},
+        {[this] { return analysis->RVHistograms(panel); },
+         "Histogramme de la variable étudiée : ", all},
+        {[this] { return analysis->DDNPiecharts(0, panel); },
+         "Camembert pour la variable de drill-down : ", downs},
+        {[this] { return analysis->RVPiecharts(0, panel); },
+         "Camembert des variables étudiées : ", all},
+        {[this] { return analysis->DDNStackedplots(0, panel); },
+         "Tracé empilé des variables du drill-down", none},
+        {[this] { return analysis->RVStackedplots(0, panel); },
+         "Tracé empilé des variables étudiées", none},
     };
     wb::DrillSession(*analysis, panel).drillDown(2, 0); // B = 1: case 1
+    const std::string drilled = expand(analysis->DrillString());
+    ASSERT_TRUE(drilled.ends_with("\nB        = 1")) << drilled;
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(c.title);
         recorder.charts.clear();
         ASSERT_EQ(c.draw(), 1);
-        ASSERT_EQ(recorder.charts.size(), c.titles.size());
-        for (std::size_t i = 0; i < c.titles.size(); ++i) {
+        ASSERT_EQ(recorder.charts.size(), c.labels.size());
+        for (std::size_t i = 0; i < c.labels.size(); ++i) {
             const test::ChartRequest& r = recorder.charts[i];
-            EXPECT_EQ(expand(r.titles[0]), c.titles[i]);
-            EXPECT_EQ(expand(r.titles[1]), expand(analysis->DrillString()));
-            EXPECT_TRUE(expand(r.titles[1]).ends_with("\nB        = 1")) << expand(r.titles[1]);
+            EXPECT_EQ(expand(r.titles[0]), c.title + c.labels[i]);
+            EXPECT_EQ(expand(r.titles[1]), drilled);
             EXPECT_EQ(r.titles[2], "");
-            EXPECT_EQ(r.xTitle, c.xTitles.empty() ? "" : c.xTitles[i]);
+            EXPECT_EQ(r.xTitle, c.labels[i].substr(0, c.labels[i].find(':')));
         }
     }
 }
 
-TEST_F(ChartRequests, PieSlices) {
-    ASSERT_EQ(analysis->DDNPiecharts(0, panel), 1);
-    ASSERT_EQ(recorder.charts.size(), 3u);
-    // A: two categories and the missing slice, one place more that stays 0 and unlabelled.
-    const test::ChartRequest& r = recorder.charts[0];
-    ASSERT_EQ(r.points, std::vector<int>{4});
-    EXPECT_EQ(r.data[0], (std::vector<double>{1, 2, 3, 0, 4, 2, 1, 0}));
-    EXPECT_EQ(r.pointLabels[0],
-              (std::vector<std::string>{"Nord", "Provence-Alp", "Manquante(s)", ""}));
-    EXPECT_EQ(r.pointLabelWidth, 12);
-    EXPECT_EQ(r.pointLabelSwitch, 1);
-    EXPECT_EQ(r.kind, 3);
-    EXPECT_EQ(r.flags, 2);
-    EXPECT_EQ(r.types, std::vector<int>{10});
-    EXPECT_EQ(r.colours, std::vector<int>{1});
-    EXPECT_EQ(r.modes, std::vector<int>{192});
-    EXPECT_FALSE(r.namesGiven);
-    EXPECT_EQ(r.xMin, 0);
-    EXPECT_EQ(r.xMax, 4);
-    EXPECT_EQ(r.xStep, 1);
-    EXPECT_EQ(r.yMin, 0);
-    EXPECT_EQ(r.yMax, 100);
-    EXPECT_EQ(r.yStep, 20);
-    EXPECT_EQ(r.yTitleLength, 0);
-
-    // Without counting missing data the slice goes.
-    analysis->SetCountMD(0);
-    analysis->NeedsRescan = 1;
-    recorder.charts.clear();
-    ASSERT_EQ(analysis->DDNPiecharts(0, panel), 1);
-    EXPECT_EQ(recorder.charts[0].data[0], (std::vector<double>{1, 2, 0, 4, 2, 0}));
-    EXPECT_EQ(recorder.charts[0].pointLabels[0],
-              (std::vector<std::string>{"Nord", "Provence-Alp", ""}));
-}
-
+// A bar per variable, divided from 100 down: the missing data (whenever the variable has
+// some, counted or not), then the categories from the last. There is a series per band of
+// the variable with most; another variable leaves the series it has no band for at 0.
 TEST_F(ChartRequests, StackedBands) {
-    // Each case: the values of the variables, and the expected band edges: per series, the Y
-    // of each variable (0 where the variable has fewer bands).
-    const struct {
-        const char* what;
-        std::vector<std::vector<double>> values; // one list per variable
-        short countMD;
-        std::vector<std::vector<double>> edges;
-        std::vector<std::size_t> bands; // of each variable; the series behind stay 0
-    } cases[] = {
-        {"30 and 70", {std::vector<double>(30, 1)}, 1, {{100}, {30}, {0}}, {3}},
-        {"5 missing, 45 and 50", {}, 1, {{100}, {95}, {45}, {0}}, {4}},
-        {"missing band whatever the option", {}, 0, {{100}, {95}, {45}, {0}}, {4}},
-        {"2 and 4 categories",
-         {{1, 1, 2, 2, 2, 2, 2, 2, 2, 2}, {1, 2, 3, 4, 1, 2, 3, 4, 1, 1}}, 1,
-         {{100, 100}, {20, 80}, {0, 60}, {0, 40}, {0, 0}}, {3, 5}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        std::vector<std::vector<double>> columns = c.values;
-        if (columns.empty()) {
-            columns.emplace_back();
-            columns[0].insert(columns[0].end(), 5, M);
-            columns[0].insert(columns[0].end(), 45, 1);
-            columns[0].insert(columns[0].end(), 50, 2);
-        } else if (columns.size() == 1) {
-            columns[0].insert(columns[0].end(), 70, 2);
-        }
-        std::vector<test::VariableInfo> variables;
-        std::vector<short> chosen;
-        for (std::size_t v = 0; v < columns.size(); ++v) {
-            variables.push_back({"V" + std::to_string(v + 1), M});
-            chosen.push_back(static_cast<short>(v + 1));
-        }
-        std::vector<std::vector<double>> rows(columns[0].size());
-        for (std::size_t i = 0; i < rows.size(); ++i)
-            for (const auto& column : columns)
-                rows[i].push_back(column[i]);
-        open(test::makeFile(variables, rows));
-        ASSERT_EQ(chooseDrillVariables(chosen, {}), 1);
-        analysis->SetCountMD(c.countMD);
-        analysis->NeedsRescan = 1;
-        recorder.charts.clear();
+    // P: 1 twice, 2 eight times. Q: 1 and 2 three times each, 3 twice, missing twice.
+    open(test::makeFile(
+        {{"P", M}, {"Q", M}},
+        {{1, 1}, {1, 2}, {2, 3}, {2, M}, {2, 1}, {2, 2}, {2, 3}, {2, 1}, {2, M}, {2, 2}}));
+    ASSERT_EQ(chooseDrillVariables({1, 2}, {}), 1);
+    const double edges[5][2] = {{100, 100}, {20, 80}, {0, 60}, {0, 30}, {0, 0}}; // P, Q
+    const int bands[2] = {3, 5};
+    for (short countMD : {1, 0}) {
+        SCOPED_TRACE(countMD);
+        countMissing(countMD);
         ASSERT_EQ(analysis->DDNStackedplots(0, panel), 1);
         ASSERT_EQ(recorder.charts.size(), 1u);
         const test::ChartRequest& r = recorder.charts[0];
-        const int v = static_cast<int>(columns.size());
-        ASSERT_EQ(r.seriesCount, static_cast<short>(c.edges.size()));
-        for (std::size_t s = 0; s < c.edges.size(); ++s) {
-            EXPECT_EQ(r.points[s], v);
+        ASSERT_EQ(r.seriesCount, 5);
+        for (int s = 0; s < 5; ++s) {
+            EXPECT_EQ(r.points[s], 2);
             EXPECT_EQ(r.modes[s], 384);
-            EXPECT_EQ(r.widths[s], 0.9);
-            for (int k = 0; k < v; ++k) {
-                EXPECT_NEAR(r.y(s, k), c.edges[s][k], 1e-9) << s << "," << k;
-                EXPECT_EQ(r.x(s, k), s < c.bands[k] ? k + 1 : 0) << s << "," << k;
+            for (int k = 0; k < 2; ++k) {
+                EXPECT_NEAR(r.y(s, k), edges[s][k], 1e-9) << s << "," << k;
+                EXPECT_EQ(r.x(s, k), s < bands[k] ? k + 1 : 0) << s << "," << k;
             }
         }
-        EXPECT_EQ(r.kind, 2);
-        EXPECT_EQ(r.flags, 0);
-        EXPECT_EQ(r.xMin, 0);
-        EXPECT_EQ(r.xMax, v + 1);
-        EXPECT_EQ(r.yMin, 0);
-        EXPECT_EQ(r.yMax, 100.1);
-        EXPECT_EQ(r.yStep, 20);
-        EXPECT_EQ(r.pointLabelWidth, 0);
+        EXPECT_EQ(std::tuple(r.xMin, r.xMax, r.yMin, r.yMax, r.yStep),
+                  std::tuple(0.0, 3.0, 0.0, 100.1, 20.0));
         EXPECT_EQ(r.yTitle, "Nombre d'obs. relatif (%)");
-        EXPECT_EQ(r.xLabels.count, v + 1);
-        EXPECT_EQ(r.xLabels.texts[v], "V" + std::to_string(v));
-        EXPECT_EQ(r.xLabels.positions[v], v);
+        EXPECT_EQ(r.xLabels.texts, (std::vector<std::string>{"", "P", "Q"}));
+        EXPECT_EQ(r.xLabels.positions, (std::vector<double>{0, 1, 2}));
     }
-}
 
-TEST_F(ChartRequests, StackedPlotOfAVariableWithoutCasesIsNotDrawn) {
+    // A variable without cases has no shares: no plot and no message.
     openSurvey(0); // every case weighs 0
     weighByW(true);
     EXPECT_EQ(analysis->DDNStackedplots(0, panel), 0);
@@ -331,7 +242,8 @@ TEST_F(ChartRequests, StackedPlotOfAVariableWithoutCasesIsNotDrawn) {
 
 TEST_F(ChartRequests, BoxPlotStyles) {
     const struct {
-        std::array<int16_t, 4> flags; // median/quartiles, mean/se/sd, mean/sd/1.96 sd, mean/se/1.96 se
+        // median and quartiles; mean, se, sd; mean, sd, 1.96 sd; mean, se, 1.96 se
+        std::array<int16_t, 4> flags;
         std::vector<int> styles;
     } cases[] = {
         {{1, 1, 1, 1}, {52, 54, 53, 55}}, {{0, 1, 0, 0}, {54}},     {{0, 0, 1, 0}, {53}},
@@ -341,48 +253,37 @@ TEST_F(ChartRequests, BoxPlotStyles) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.styles));
         recorder.boxPlots.clear();
-        analysis->BoxMedianQuartiles = c.flags[0];
-        analysis->BoxMeanSeSd = c.flags[1];
-        analysis->BoxMeanSdSd196 = c.flags[2];
-        analysis->BoxMeanSeSe196 = c.flags[3];
+        std::tie(analysis->BoxMedianQuartiles, analysis->BoxMeanSeSd, analysis->BoxMeanSdSd196,
+                 analysis->BoxMeanSeSe196) = std::tuple_cat(c.flags);
         analysis->NeedsRescan = 1;
         EXPECT_EQ(analysis->RVBoxWhiker(panel), c.styles.empty() ? 0 : 1);
         std::vector<int> styles;
-        for (const test::BoxPlotRequest& r : recorder.boxPlots) {
+        for (const test::CaseGraphRequest& r : recorder.boxPlots) {
             styles.push_back(r.style);
-            EXPECT_EQ(r.title, "Boîtes à Moustaches des Variables Etudiées");
             EXPECT_EQ(expand(r.subtitle), expand(analysis->DrillString()));
             EXPECT_EQ(r.variables, (std::vector<short>{3, 4}));
-            EXPECT_TRUE(r.unusedNull);
-            EXPECT_EQ(r.unusedNumber, 0);
         }
         EXPECT_EQ(styles, c.styles);
-        if (c.styles.empty()) {
-            EXPECT_EQ(takeMessages(),
-                      std::vector<std::string>{
-                          "Merci de vérifier le type de tracé de Boîte à moustaches"});
-            EXPECT_EQ(analysis->NeedsRescan, 1); // refused before the rescan
-        } else {
-            EXPECT_TRUE(takeMessages().empty());
-            EXPECT_EQ(analysis->NeedsRescan, 0);
-        }
+        // Without a style the request is refused before the rescan.
+        const std::string refusal = "Merci de vérifier le type de tracé de Boîte à moustaches";
+        EXPECT_EQ(takeMessages(), std::vector<std::string>(c.styles.empty() ? 1 : 0, refusal));
+        EXPECT_EQ(analysis->NeedsRescan, c.styles.empty() ? 1 : 0);
     }
 }
 
-TEST_F(ChartRequests, ScatterplotMatrixMode) {
+// The matrix changes its layout from 15 variables on; the host's answer 1 means it could not
+// be drawn. The title holds the drill string's text itself, not its token.
+TEST_F(ChartRequests, ScatterplotMatrix) {
     std::vector<test::VariableInfo> variables;
-    std::vector<double> row;
-    for (int v = 1; v <= 16; ++v) {
+    for (int v = 1; v <= 15; ++v)
         variables.push_back({"V" + std::to_string(v), M});
-        row.push_back(v);
-    }
+    const std::vector<double> row(15, 1);
     const struct {
-        int reviews;
+        short reviews;
         int hostAnswer;
         unsigned short mode;
         short result;
-    } cases[] = {{2, 0, 204, 1}, {14, 0, 204, 1}, {15, 0, 68, 1}, {16, 0, 68, 1},
-                 {2, 1, 204, 0}, {2, 2, 204, 1}};
+    } cases[] = {{2, 0, 204, 1}, {14, 0, 204, 1}, {15, 0, 68, 1}, {2, 1, 204, 0}, {2, 2, 204, 1}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.reviews);
         open(test::makeFile(variables, {row, row}));
@@ -394,33 +295,26 @@ TEST_F(ChartRequests, ScatterplotMatrixMode) {
         recorder.scatterAnswer = c.hostAnswer;
         EXPECT_EQ(analysis->RVScatterPlot(panel), c.result);
         ASSERT_EQ(recorder.scatterPlots.size(), 1u);
-        const test::ScatterRequest& r = recorder.scatterPlots[0];
-        EXPECT_EQ(r.mode, c.mode);
-        EXPECT_EQ(r.first, continuous);
-        EXPECT_EQ(r.unused1, 0);
-        EXPECT_EQ(r.secondCount, 0);
-        EXPECT_TRUE(r.secondNull);
-        EXPECT_EQ(r.unused2, 0);
-        EXPECT_TRUE(r.unusedNull);
-        EXPECT_EQ(r.textBuffer, ModuleBlocks().B1.CaseName);
-        // The title carries the drill string's text itself, not its token.
+        const test::CaseGraphRequest& r = recorder.scatterPlots[0];
+        EXPECT_EQ(r.style, c.mode);
+        EXPECT_EQ(r.variables, continuous);
         EXPECT_EQ(r.title, "Corrélations\n" + expand(analysis->DrillString()));
-        EXPECT_TRUE(r.title.starts_with("Corrélations\nN Total : 2")) << r.title;
     }
 }
 
 TEST_F(ChartRequests, FilterBoundariesByMethod) {
-    // A step on X pinned to the category with Lower 10 and Upper 20; X is variable 3.
-    // The comparisons are the plain ones: a value a tolerant test would call equal to a
-    // limit (10 + 1e-12, 20 - 1e-12, 20 + 1e-12) is on its own side of it.
-    const auto withX = [](double x) { return std::vector<double>{1, 1, x, 0, 1}; };
+    // A step on X (variable 3) pinned to the category (10, 20]. The comparisons are the plain
+    // ones: a value a tolerant test would call equal to a limit is on its own side of it.
     const std::vector<double> values = {10, 10 + 1e-12, 15, 20 - 1e-12, 20, 20 + 1e-12, 9.99};
+    std::vector<std::vector<double>> cases;
+    for (double x : values)
+        cases.push_back({1, 1, x, 0, 1});
     const struct {
         const char* what;
         int method;
         bool missingRow;
         std::vector<int> left; // for each of `values`, 1 when the filter leaves it out
-    } cases[] = {
+    } steps[] = {
         {"distinct values", 0, false, {1, 1, 1, 1, 0, 1, 1}},
         {"integer values", 4, false, {1, 1, 1, 1, 0, 1, 1}},
         {"exact intervals", 1, false, {1, 0, 0, 0, 0, 1, 1}},
@@ -430,101 +324,74 @@ TEST_F(ChartRequests, FilterBoundariesByMethod) {
         {"unknown method tests nothing", 9, false, {0, 0, 0, 0, 0, 0, 0}},
         {"missing-data step", 2, true, {1, 1, 1, 1, 1, 1, 1}},
     };
-    std::vector<std::vector<double>> cases_;
-    for (double x : values)
-        cases_.push_back(withX(x));
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        pinStep(c.method, 10, 20, c.missingRow);
-        EXPECT_EQ(boxFilter(cases_), c.left);
-    }
-}
-
-TEST_F(ChartRequests, FilterFollowsTheDrillSteps) {
-    wb::DrillSession session(*analysis, panel);
-    const auto cases = fileCases();
-    // The cases each step leaves, in file order (1 = left out).
-    const struct {
-        const char* what;
-        std::function<void()> step;
-        std::vector<int> left; // empty: known only as the module's own test knows it
-    } steps[] = {
-        {"no step", [] {}, {0, 0, 0, 0, 0, 0, 0}},
-        {"A = Nord", [&] { session.drillDown(1, 0); }, {0, 0, 0, 0, 1, 1, 1}},
-        {"and X in its first interval", [&] { session.drillDown(3, 0); }, {}},
-        {"and B = 2 instead", [&] {
-             session.drillUp(0);
-             session.drillDown(2, 1);
-         },
-         {1, 0, 1, 1, 1, 1, 1}},
-        // The scans count the cases of the missing data into such a step; the host's graphs
-        // get none of them.
-        {"B into its missing data", [&] {
-             session.drillUp(0);
-             const auto rows = session.categoryRows(2);
-             ASSERT_EQ(rows.back(), Missing);
-             session.drillDown(2, static_cast<int>(rows.size()) - 1);
-         },
-         {1, 1, 1, 1, 1, 1, 1}},
-    };
     for (const auto& s : steps) {
         SCOPED_TRACE(s.what);
-        s.step();
-        const std::vector<int> left = boxFilter(cases);
-        ASSERT_EQ(left.size(), cases.size());
-        if (!s.left.empty()) {
-            EXPECT_EQ(left, s.left);
-            continue;
-        }
-        // The host's filter and the module's own test of the subset agree on every case.
-        int kept = 0;
-        for (int c = 1; c <= file.caseCount(); ++c) {
-            EXPECT_EQ(left[c - 1], analysis->HasBeenDrilled(file.row(c))) << "case " << c;
-            kept += left[c - 1] == 0;
-        }
-        EXPECT_GE(kept, 1);
-        EXPECT_LT(kept, 4); // within A = Nord, less than all of it
+        Drill step(3, 1, 0, "X");
+        step.Method = s.method;
+        step.Categories.emplace(1, 1.0, 0, "below", -10);
+        step.Categories.emplace(1, 1.0, 20, "pinned", 10);
+        step.DrilledItem = s.missingRow ? 2 : 1;
+        analysis->DrillUps->clear();
+        analysis->DrillUps->insert(step);
+        EXPECT_EQ(boxFilter(cases), s.left);
     }
 }
 
+// The filter follows the drill steps down and up, keeping the cases of the subset as the
+// module's own test of it does, but none of a step into the missing data, which the scans
+// count into the subset.
+TEST_F(ChartRequests, FilterFollowsTheDrillSteps) {
+    wb::DrillSession session(*analysis, panel);
+    const auto cases = fileCases(); // 1: left out
+    EXPECT_EQ(boxFilter(cases), std::vector<int>(7, 0));
+    session.drillDown(1, 0); // A = Nord
+    EXPECT_EQ(boxFilter(cases), (std::vector<int>{0, 0, 0, 0, 1, 1, 1}));
+    session.drillDown(3, 0); // and X in its first interval
+    std::vector<int> subset;
+    for (int c = 1; c <= file.caseCount(); ++c)
+        subset.push_back(analysis->HasBeenDrilled(file.row(c)));
+    EXPECT_EQ(boxFilter(cases), subset);
+    EXPECT_EQ(std::count(subset.begin(), subset.end(), 0), 1); // case 1 (X = 10)
+    session.drillUp(0);
+    session.drillDown(2, 1); // B = 2 instead
+    EXPECT_EQ(boxFilter(cases), (std::vector<int>{1, 0, 1, 1, 1, 1, 1}));
+    session.drillUp(0);
+    const auto rows = session.categoryRows(2);
+    ASSERT_EQ(rows.back(), Missing);
+    session.drillDown(2, static_cast<int>(rows.size()) - 1); // B missing: cases 3 and 4
+    EXPECT_EQ(boxFilter(cases), std::vector<int>(7, 1));
+}
+
+// A histogram per pair of the two chosen lists, the second list turning fastest; the filter
+// gives each kept case's values of the pair.
 TEST_F(ChartRequests, Histograms3DOfEachPair) {
     wb::DrillSession(*analysis, panel).drillDown(1, 0); // A = Nord: cases 1 to 4
     recorder.cases = fileCases();
     dialogs.presetVariableChoice({1, 3}, {2, 3, 4});
     ASSERT_EQ(analysis->RV3DHistograms(0, panel), 1);
+    // Each list takes 1 to 4 of the review variables.
     const wb::VariableDialogCall& call = dialogs.variableDialogCalls().back();
-    EXPECT_EQ(call.title,
-              "Sélectionnez deux listes de var. (var. horizontales et verticales des tracés) :");
     EXPECT_EQ(call.choices, (std::vector<short>{1, 2, 3, 4}));
     EXPECT_EQ(std::vector<int>({call.min1, call.max1, call.min2, call.max2, call.total}),
               std::vector<int>({1, 4, 1, 4, 8}));
-    EXPECT_EQ(call.caption1, "Première liste de variables (horizont.) :");
-    EXPECT_EQ(call.caption2, "Deuxième liste de variables (verticales) :");
 
-    // The second list turns fastest.
     const struct {
-        short x, y;
-        const char *first, *second;
-    } pairs[] = {{0, 1, "A", "B"}, {0, 2, "A", "X"}, {0, 3, "A", "Y"},
-                 {2, 1, "X", "B"}, {2, 2, "X", "X"}, {2, 3, "X", "Y"}};
+        short x, y; // counted from 0
+        const char* title;
+    } pairs[] = {{0, 1, "A et B"}, {0, 2, "A et X"}, {0, 3, "A et Y"},
+                 {2, 1, "X et B"}, {2, 2, "X et X"}, {2, 3, "X et Y"}};
     ASSERT_EQ(recorder.histograms3D.size(), std::size(pairs));
     for (std::size_t i = 0; i < std::size(pairs); ++i) {
-        SCOPED_TRACE(std::string(pairs[i].first) + " " + pairs[i].second);
-        const test::Histogram3DRequest& r = recorder.histograms3D[i];
-        EXPECT_EQ(r.kind, 4);
-        EXPECT_EQ(r.x, pairs[i].x);
-        EXPECT_EQ(r.y, pairs[i].y);
-        EXPECT_EQ(r.title, std::string("Histogramme 3D des variables : ") + pairs[i].first + " et " +
-                               pairs[i].second);
+        SCOPED_TRACE(pairs[i].title);
+        const test::CaseGraphRequest& r = recorder.histograms3D[i];
+        EXPECT_EQ(std::tuple(r.x, r.y), std::tuple(pairs[i].x, pairs[i].y));
+        EXPECT_EQ(r.title, std::string("Histogramme 3D des variables : ") + pairs[i].title);
         EXPECT_EQ(expand(r.subtitle), expand(analysis->DrillString()));
-        EXPECT_TRUE(r.unusedNull);
         EXPECT_EQ(r.filtered, (std::vector<int>{0, 0, 0, 0, 1, 1, 1}));
-        // The filter gives each kept case's values of the pair.
         ASSERT_EQ(r.pairs.size(), 4u);
-        for (int c = 0; c < 4; ++c) {
-            EXPECT_FLOAT_EQ(r.pairs[c].first, static_cast<float>(recorder.cases[c][r.x]));
-            EXPECT_FLOAT_EQ(r.pairs[c].second, static_cast<float>(recorder.cases[c][r.y]));
-        }
+        for (int c = 0; c < 4; ++c)
+            EXPECT_EQ(r.pairs[c],
+                      std::pair(float(recorder.cases[c][r.x]), float(recorder.cases[c][r.y])));
     }
 
     // A cancelled choice draws nothing and leaves the lists as they were.
@@ -532,25 +399,17 @@ TEST_F(ChartRequests, Histograms3DOfEachPair) {
     dialogs.presetVariableCancel();
     EXPECT_EQ(analysis->RV3DHistograms(0, panel), 0);
     EXPECT_TRUE(recorder.histograms3D.empty());
-    EXPECT_EQ(analysis->NoHist3DFirst, 2);
-    EXPECT_EQ(analysis->NoHist3DSecond, 3);
+    EXPECT_EQ(std::tuple(analysis->NoHist3DFirst, analysis->NoHist3DSecond), std::tuple(2, 3));
 }
 
+// The first blocks of the first variable's chart fail: nothing is drawn, result 0.
 TEST_F(ChartRequests, MemoryRunningOutDrawsNoLaterVariable) {
-    // The first blocks of the first variable's chart fail: nothing is drawn, result 0.
-    const struct {
-        const char* what;
-        std::function<int()> draw;
-    } cases[] = {
-        {"histograms", [this] { return analysis->DDNHistograms(panel); }},
-        {"pies", [this] { return analysis->RVPiecharts(0, panel); }},
-        {"stacked plot", [this] { return analysis->DDNStackedplots(0, panel); }},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        recorder.charts.clear();
+    const std::function<int()> draws[] = {[this] { return analysis->DDNHistograms(panel); },
+                                          [this] { return analysis->RVPiecharts(0, panel); },
+                                          [this] { return analysis->DDNStackedplots(0, panel); }};
+    for (const auto& draw : draws) {
         host.memory().failAllocationsFrom(1);
-        EXPECT_EQ(c.draw(), 0);
+        EXPECT_EQ(draw(), 0);
         host.memory().clearFailures();
         EXPECT_TRUE(recorder.charts.empty());
     }
@@ -564,35 +423,32 @@ TEST_F(ChartButtons, EachButtonAsksForItsGraph) {
     choose({2}, {4, 5}, 9080);
     const struct {
         int id;
-        bool hidden;
-        std::vector<int> kinds; // kinds of the charts asked for
+        bool hidden;            // reached by its command only
+        std::vector<int> kinds; // of the charts asked for
         std::size_t boxes, scatters, histograms3D;
     } cases[] = {
         {9061, false, {5, 5, 5}, 0, 0, 0}, {9119, false, {3, 3, 3}, 0, 0, 0},
         {9121, true, {2}, 0, 0, 0},        {9083, false, {5, 5, 5}, 0, 0, 0},
         {9122, false, {3, 3, 3}, 0, 0, 0}, {9124, true, {2}, 0, 0, 0},
-        {9084, false, {}, 1, 0, 0}, // one box-plot style is on at the start        {9100, false, {}, 0, 1, 0},
-        {9123, false, {}, 0, 0, 1},
+        {9084, false, {}, 1, 0, 0}, // one box-plot style is on at the start
+        {9100, false, {}, 0, 1, 0},        {9123, false, {}, 0, 0, 1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.id);
-        recorder.charts.clear();
-        recorder.boxPlots.clear();
-        recorder.scatterPlots.clear();
-        recorder.histograms3D.clear();
+        recorder = test::ChartRecorder();
         if (c.id == 9123)
             dialogs.presetVariableChoice({4}, {5});
         if (c.hidden)
-            dialogs.send(window, 273, c.id, 0); // hidden: reached by its command only
+            dialogs.send(window, 273, c.id, 0);
         else
             press(c.id);
         std::vector<int> kinds;
         for (const test::ChartRequest& r : recorder.charts)
             kinds.push_back(r.kind);
         EXPECT_EQ(kinds, c.kinds);
-        EXPECT_EQ(recorder.boxPlots.size(), c.boxes);
-        EXPECT_EQ(recorder.scatterPlots.size(), c.scatters);
-        EXPECT_EQ(recorder.histograms3D.size(), c.histograms3D);
+        EXPECT_EQ(std::tuple(recorder.boxPlots.size(), recorder.scatterPlots.size(),
+                             recorder.histograms3D.size()),
+                  std::tuple(c.boxes, c.scatters, c.histograms3D));
     }
 }
 
