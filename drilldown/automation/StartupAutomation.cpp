@@ -20,6 +20,7 @@
 #include "../core/CDrillDown.h"
 #include "../dialogs/StartupPanel.h"
 #include "../host/TextHelpers.h"
+#include "../resources/ControlIds.h"
 #include "../resources/StringIds.h"
 #include "../resources/StringTable.h"
 #include "../results/ResultText.h"
@@ -30,8 +31,6 @@ namespace {
 constexpr const char* ProgId = "QRXDrillDown.DDNStartup";
 constexpr std::size_t MaxErrorText = 255;
 
-constexpr int ListDrillDowns = 9053;
-constexpr int ListDrillUps = 9054;
 
 enum Member : DISPID {
     MemberName = 0x0,
@@ -233,7 +232,7 @@ HRESULT CDDNStartupDlg::InvokeControlMember(int control, const DispatchCall& cal
         const int upsBefore = m_pDrill->GetDrillUpsSize();
         const HRESULT pressed = SetOleProperty(control);
         // The drill-down button drills only on a category that the category dialog offers.
-        if (SUCCEEDED(pressed) && control == 9056 && m_pDrill->GetDrillUpsSize() == upsBefore)
+        if (SUCCEEDED(pressed) && control == ButtonDrillDown && m_pDrill->GetDrillUpsSize() == upsBefore)
             return ReportError("No drill-down: DrillDownCategory names no category of the "
                                "current drill-down variable.");
         return pressed;

@@ -6,20 +6,14 @@
 #include <iterator>
 #include <vector>
 
-#include "../host/RealNumbers.h"
-#include "../resources/StringIds.h"
 #include "../host/HostArray.h"
+#include "../host/RealNumbers.h"
+#include "../resources/ControlIds.h"
+#include "../resources/StringIds.h"
 #include "CDrillDown.h"
 
 namespace {
 
-constexpr int ListDrillDowns = 9053;
-constexpr int ListDrillUps = 9054;
-constexpr int ButtonBrushing = 9103;
-constexpr int OrderListUnplaced = 9089;
-constexpr int OrderListPlaced = 9090;
-constexpr int OrderButtonRight = 9091;
-constexpr int OrderButtonLeft = 9092;
 
 // Where row `row` of the category dialog, which lists only the non-empty categories, stands
 // among all categories: its position (the element count behind the last category, which is
@@ -186,10 +180,10 @@ int CDrillDown::LeftAndRight(HWND window, const int* order, int) {
     if (!unplaced.Allocate() || !placed.Allocate())
         return 0;
     HostDialogs& dialogs = Dialogs();
-    dialogs.EnableWindow(dialogs.GetDlgItem(window, OrderButtonRight), unplaced.Empty() ? 0 : 1);
-    unplaced.Show(dialogs, window, OrderListUnplaced);
-    dialogs.EnableWindow(dialogs.GetDlgItem(window, OrderButtonLeft), placed.Empty() ? 0 : 1);
-    placed.Show(dialogs, window, OrderListPlaced);
+    dialogs.EnableWindow(dialogs.GetDlgItem(window, ButtonPlace), unplaced.Empty() ? 0 : 1);
+    unplaced.Show(dialogs, window, ListUnplaced);
+    dialogs.EnableWindow(dialogs.GetDlgItem(window, ButtonUnplace), placed.Empty() ? 0 : 1);
+    placed.Show(dialogs, window, ListPlaced);
     return 1;
 }
 

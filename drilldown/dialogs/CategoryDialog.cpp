@@ -7,6 +7,7 @@
 #include "../core/CDrillDown.h"
 #include "../host/HostBlocks.h"
 #include "../host/RealNumbers.h"
+#include "../resources/ControlIds.h"
 #include "../resources/Dialogs.h"
 #include "../resources/StringIds.h"
 #include "../results/ResultText.h"
@@ -14,8 +15,6 @@
 
 namespace {
 
-constexpr int CaptionVariable = 9088;
-constexpr int ListCategories = 9102;
 
 constexpr int ColumnName = 0;
 constexpr int ColumnCount = 1;
@@ -59,7 +58,7 @@ long CDDNCategoryDlg::EventHandler(HWND dialog, unsigned message, unsigned long 
     case WM_INITDIALOG:
         return Initialise(dialog);
     case WM_CTLCOLOR:
-        if (lParam == CaptionVariable)
+        if (lParam == CaptionCategoryVariable)
             return HandleWM_CTLCOLOR(dialog, wParam, lParam, RGBAttrType(1));
         return 0;
     case WM_NOTIFY: {
@@ -95,7 +94,7 @@ long CDDNCategoryDlg::Initialise(HWND dialog) {
     InitOpeningDialog();
     HostDialogs& controls = Controls();
     const short variable = m_pDrill->GetCurrentDrillDown();
-    controls.WriteVarListToCaption(dialog, CaptionVariable, 1, &variable);
+    controls.WriteVarListToCaption(dialog, CaptionCategoryVariable, 1, &variable);
 
     const HWND list = controls.GetDlgItem(dialog, ListCategories);
     controls.InsertListColumn(list, ColumnName, "Category", 120, 0);

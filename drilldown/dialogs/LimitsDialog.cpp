@@ -9,14 +9,13 @@
 #include "../core/CDrillDown.h"
 #include "../host/HostArray.h"
 #include "../host/TextHelpers.h"
+#include "../resources/ControlIds.h"
 #include "../resources/Dialogs.h"
 #include "DrillDialogs.h"
 #include "UserLimits.h"
 
 namespace {
 
-constexpr int EditLimits = 9093;
-constexpr int CaptionVariable = 9101;
 
 // Size of the buffer the edit's text is read into, terminator included.
 constexpr int EditTextBytes = 2048;
@@ -31,11 +30,11 @@ long CDDNLimitsDlg::EventHandler(HWND dialog, unsigned message, unsigned long wP
     case WM_INITDIALOG:
         // The edit starts empty: limits stored earlier are not offered again.
         InitOpeningDialog();
-        Controls().SetDlgItemTextA(dialog, CaptionVariable,
+        Controls().SetDlgItemTextA(dialog, CaptionLimitsVariable,
                                    m_pDrill->GetCurrentVariableName().c_str());
         return 1;
     case WM_CTLCOLOR:
-        if (lParam == CaptionVariable)
+        if (lParam == CaptionLimitsVariable)
             return HandleWM_CTLCOLOR(dialog, wParam, lParam, RGBAttrType(1));
         return 0;
     case WM_COMMAND:

@@ -4,16 +4,13 @@
 // from it.
 
 #include "../core/CDrillDown.h"
+#include "../resources/ControlIds.h"
 #include "../resources/Dialogs.h"
 #include "../resources/StringIds.h"
 #include "DrillDialogs.h"
 
 namespace {
 
-constexpr int ListUnplaced = 9089;
-constexpr int ListPlaced = 9090;
-constexpr int ButtonPlace = 9091;
-constexpr int ButtonUnplace = 9092;
 
 constexpr int Unplaced = -1;
 

@@ -7,13 +7,11 @@
 
 #include "../core/CDrillDown.h"
 #include "../host/HostArray.h"
+#include "../resources/ControlIds.h"
 #include "../resources/StringIds.h"
 
 namespace {
 
-constexpr int ListDrillDowns = 9053;
-constexpr int ListDrillUps = 9054;
-constexpr int ButtonBrushing = 9103;
 constexpr int VariableNameBytes = 9;
 
 bool Contains(const short* list, int count, int variable) {

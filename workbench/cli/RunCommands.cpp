@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "drilldown/resources/ControlIds.h"
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
 #include "workbench/session/DrillSession.h"
@@ -136,12 +137,15 @@ int runReport(const Arguments& arguments) {
     CDrillDown& analysis = run.analysis();
     // Each result as its button on the panel makes it, tagged with that button's id.
     const std::pair<int, short (CDrillDown::*)(HWND)> results[] = {
-        {9058, &CDrillDown::DDNSummary},   {9059, &CDrillDown::DDNDescriptive},
-        {9060, &CDrillDown::DDNFrequency}, {9081, &CDrillDown::RVSummary},
-        {9082, &CDrillDown::RVFrequency},  {9086, &CDrillDown::DDNSaveData},
+        {ButtonSummary, &CDrillDown::DDNSummary},
+        {ButtonDescriptives, &CDrillDown::DDNDescriptive},
+        {ButtonFrequencies, &CDrillDown::DDNFrequency},
+        {ButtonReviewDescriptives, &CDrillDown::RVSummary},
+        {ButtonReviewFrequencies, &CDrillDown::RVFrequency},
+        {ButtonSaveData, &CDrillDown::DDNSaveData},
     };
     for (const auto& [command, result] : results) {
-        const bool review = command == 9081 || command == 9082;
+        const bool review = command == ButtonReviewDescriptives || command == ButtonReviewFrequencies;
         if (review && analysis.GetDrillReviewsSize() == 0)
             continue;
         run.output().setCurrentCommand(command);

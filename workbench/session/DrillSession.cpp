@@ -2,14 +2,13 @@
 
 #include <iterator>
 
+#include "drilldown/resources/ControlIds.h"
+#include "drilldown/resources/StringIds.h"
 #include "drilldown/resources/StringTable.h"
 
 namespace wb {
 
 namespace {
-constexpr int ListDrillDowns = 9053;
-constexpr int ListDrillUps = 9054;
-constexpr int MissingRowText = 10033;
 
 int selectionOf(HostDialogs& dialogs, HWND panel, int list) {
     return static_cast<int>(dialogs.SendMessageA(dialogs.GetDlgItem(panel, list), LB_GETCURSEL, 0, 0));
@@ -32,7 +31,7 @@ std::vector<std::string> DrillSession::currentCategoryRows() const {
     const CDrillDown::CategoryRowList list = m_analysis.CategoryRows();
     std::vector<std::string> rows = list.Names;
     if (list.MissingRow)
-        rows.push_back(ModuleString(MissingRowText));
+        rows.push_back(ModuleString(StrMissingRow));
     return rows;
 }
 
