@@ -15,10 +15,10 @@
 
 #include "drilldown/core/CDrillDown.h"
 #include "workbench/data/DataFileLoader.h"
-#include "workbench/host/DialogTemplates.h"
-#include "workbench/host/HeadlessDialogs.h"
-#include "workbench/host/HeadlessHost.h"
-#include "workbench/host/KeywordStore.h"
+#include "workbench/dialogs/DialogTemplates.h"
+#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/headless/HeadlessHost.h"
+#include "workbench/services/KeywordStore.h"
 #include "workbench/session/DrillSession.h"
 
 namespace {

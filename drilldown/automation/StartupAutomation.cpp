@@ -19,7 +19,7 @@
 
 #include "../core/CDrillDown.h"
 #include "../dialogs/StartupPanel.h"
-#include "../host/TextHelpers.h"
+#include "../host/framework/TextHelpers.h"
 #include "../resources/ControlIds.h"
 #include "../resources/StringIds.h"
 #include "../resources/StringTable.h"

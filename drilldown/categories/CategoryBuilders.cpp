@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "../core/Drill.h"
-#include "../host/CAnalysisSupport.h"
+#include "../host/framework/CAnalysisSupport.h"
 #include "../host/RealNumbers.h"
 #include "CategoryNames.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "../core/CDrillDown.h"
-#include "../host/CAnalysisSupport.h"
+#include "../host/framework/CAnalysisSupport.h"
 #include "../host/RealNumbers.h"
 
 namespace {

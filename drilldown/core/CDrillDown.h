@@ -20,7 +20,7 @@
 
 #include <vector>
 
-#include "../host/CAnalysisSupport.h"
+#include "../host/framework/CAnalysisSupport.h"
 #include "Drill.h"
 
 enum class LoopEnd;

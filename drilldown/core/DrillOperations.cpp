@@ -6,7 +6,7 @@
 #include <iterator>
 #include <vector>
 
-#include "../host/HostArray.h"
+#include "../host/framework/HostArray.h"
 #include "../host/RealNumbers.h"
 #include "../resources/ControlIds.h"
 #include "../resources/StringIds.h"

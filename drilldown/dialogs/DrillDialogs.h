@@ -3,7 +3,7 @@
 // ordering the drill-down variables, and entering user-defined category limits. Each lives
 // for one DoModal; its answer is 1 for accepted, anything else for cancelled.
 
-#include "../host/AnalysisDialog.h"
+#include "../host/framework/AnalysisDialog.h"
 
 class CDrillDown;
 

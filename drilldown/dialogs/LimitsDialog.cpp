@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "../core/CDrillDown.h"
-#include "../host/HostArray.h"
-#include "../host/TextHelpers.h"
+#include "../host/framework/HostArray.h"
+#include "../host/framework/TextHelpers.h"
 #include "../resources/ControlIds.h"
 #include "../resources/Dialogs.h"
 #include "DrillDialogs.h"

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "../core/CDrillDown.h"
-#include "../host/HostArray.h"
+#include "../host/framework/HostArray.h"
 #include "../resources/Dialogs.h"
 #include "DrillDialogs.h"
 

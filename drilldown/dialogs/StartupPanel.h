@@ -16,7 +16,7 @@
 #include <string>
 
 #include "../core/Drill.h"
-#include "../host/AnalysisDialog.h"
+#include "../host/framework/AnalysisDialog.h"
 #include "../host/HostAutomation.h"
 #include "../resources/ControlIds.h"
 

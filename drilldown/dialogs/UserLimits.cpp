@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "../host/TextHelpers.h"
+#include "../host/framework/TextHelpers.h"
 
 namespace {
 constexpr int TooManyValues = 10011;

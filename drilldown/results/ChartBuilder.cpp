@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "../host/CAnalysisSupport.h"
+#include "../host/framework/CAnalysisSupport.h"
 #include "../host/RealNumbers.h"
 #include "ResultText.h"
 

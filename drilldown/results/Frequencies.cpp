@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "../core/CDrillDown.h"
-#include "../host/CScrollTable.h"
+#include "../host/framework/CScrollTable.h"
 #include "../resources/StringIds.h"
 #include "ResultText.h"
 

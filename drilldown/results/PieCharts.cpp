@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "../core/CDrillDown.h"
-#include "../host/HostArray.h"
+#include "../host/framework/HostArray.h"
 #include "../resources/StringIds.h"
 #include "ChartBuilder.h"
 #include "ResultText.h"

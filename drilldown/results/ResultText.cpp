@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "../host/CAnalysisSupport.h"
+#include "../host/framework/CAnalysisSupport.h"
 
 std::string FormatText(const char* format, ...) {
     va_list arguments;

@@ -4,8 +4,8 @@
 #include <iterator>
 
 #include "../core/CDrillDown.h"
-#include "../host/CScrollTable.h"
-#include "../host/HostArray.h"
+#include "../host/framework/CScrollTable.h"
+#include "../host/framework/HostArray.h"
 #include "../host/RealNumbers.h"
 #include "../resources/StringIds.h"
 #include "ResultText.h"

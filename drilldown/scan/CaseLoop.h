@@ -11,8 +11,8 @@
 #include <cstring>
 
 #include "../core/CDrillDown.h"
-#include "../host/HostArray.h"
-#include "../host/ReadCase.h"
+#include "../host/framework/HostArray.h"
+#include "../host/framework/ReadCase.h"
 #include "../host/RealNumbers.h"
 #include "../resources/StringIds.h"
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "../host/CScrollTable.h"
+#include "../host/framework/CScrollTable.h"
 #include "../results/ResultText.h"
 #include "CaseLoop.h"
 #include "SubsetTest.h"

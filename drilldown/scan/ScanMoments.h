@@ -18,7 +18,7 @@
 
 #include <cstdint>
 
-#include "../host/HostArray.h"
+#include "../host/framework/HostArray.h"
 
 class ScanMoments {
 public:

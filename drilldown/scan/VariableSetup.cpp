@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "../core/CDrillDown.h"
-#include "../host/HostArray.h"
+#include "../host/framework/HostArray.h"
 #include "../resources/ControlIds.h"
 #include "../resources/StringIds.h"
 

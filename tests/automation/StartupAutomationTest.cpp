@@ -103,7 +103,7 @@ protected:
         macro.call(startup, "DrillDown");
     }
 
-    wb::HeadlessAutomation automation;
+    wb::AutomationRuntime automation;
     wb::Dispatcher macro{automation};
 };
 

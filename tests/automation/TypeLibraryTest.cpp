@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "drilldown/automation/TypeLibrary.h"
-#include "workbench/automation/HeadlessAutomation.h"
+#include "workbench/automation/AutomationRuntime.h"
 
 namespace {
 
@@ -120,7 +120,7 @@ TEST(DrillDownTypeLib, PanelControlsOfMembers) {
 }
 
 TEST(DrillDownTypeLib, RegisteredNamesResolveThroughTheBase) {
-    wb::HeadlessAutomation automation;
+    wb::AutomationRuntime automation;
     ASSERT_EQ(RegisterDrillDownTypeLib(automation), S_OK);
 
     struct NameRow {

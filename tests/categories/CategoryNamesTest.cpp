@@ -10,13 +10,13 @@
 namespace {
 
 // Records the arguments of every RealToText call before it writes the text.
-class RecordingText : public wb::HeadlessText {
+class RecordingText : public wb::TextService {
 public:
-    using wb::HeadlessText::HeadlessText;
+    using wb::TextService::TextService;
     short RealToText(double value, unsigned char format, short width, short digits, char* text,
                      short limit) override {
         calls.push_back({format, digits});
-        return wb::HeadlessText::RealToText(value, format, width, digits, text, limit);
+        return wb::TextService::RealToText(value, format, width, digits, text, limit);
     }
     struct Call {
         unsigned char format;

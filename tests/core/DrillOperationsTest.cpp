@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/AnalysisFixture.h"
-#include "workbench/host/DialogTemplates.h"
+#include "workbench/dialogs/DialogTemplates.h"
 
 namespace {
 

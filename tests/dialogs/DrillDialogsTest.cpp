@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "drilldown/dialogs/DrillDialogs.h"
-#include "drilldown/host/TextHelpers.h"
+#include "drilldown/host/framework/TextHelpers.h"
 #include "drilldown/resources/StringTable.h"
 #include "support/AnalysisFixture.h"
 

@@ -5,7 +5,7 @@
 #include "support/AnalysisFixture.h"
 #include "workbench/data/DataFileLoader.h"
 #include "support/TempDir.h"
-#include "workbench/host/HeadlessNewFile.h"
+#include "workbench/services/NewFileService.h"
 #include "workbench/session/DrillSession.h"
 
 namespace {
@@ -15,7 +15,7 @@ constexpr double M = -9;
 class SaveSubset : public test::AnalysisFixture {
 protected:
     void SetUp() override {
-        newFile = std::make_unique<wb::HeadlessNewFile>(host.data(), folder.path("out"));
+        newFile = std::make_unique<wb::NewFileService>(host.data(), folder.path("out"));
         host.setNewFile(newFile.get());
         ModuleContext()->Host = host.services();
         // B: categorical; X continuous; W weight; case names. Case 4 has weight 0.
@@ -36,7 +36,7 @@ protected:
     }
 
     wb::testing::TempDir folder;
-    std::unique_ptr<wb::HeadlessNewFile> newFile;
+    std::unique_ptr<wb::NewFileService> newFile;
 };
 
 TEST_F(SaveSubset, WritesTheCasesOfTheSubsetWithTheirNames) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "workbench/host/DialogTemplates.h"
+#include "workbench/dialogs/DialogTemplates.h"
 
 namespace test {
 

@@ -9,10 +9,10 @@
 
 #include "drilldown/core/CDrillDown.h"
 #include "workbench/data/DataFile.h"
-#include "workbench/host/HeadlessDialogs.h"
-#include "workbench/host/HeadlessHost.h"
-#include "workbench/host/HeadlessOutput.h"
-#include "workbench/host/KeywordStore.h"
+#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/headless/HeadlessHost.h"
+#include "workbench/services/OutputService.h"
+#include "workbench/services/KeywordStore.h"
 
 namespace test {
 
@@ -49,7 +49,7 @@ protected:
     wb::HeadlessHost host;
     wb::KeywordStore keywords;
     wb::HeadlessDialogs dialogs{keywords};
-    wb::HeadlessOutput output;  // the tables the module made, in order
+    wb::OutputService output;  // the tables the module made, in order
     wb::DataFile file;
     std::unique_ptr<CDrillDown> analysis;
     HWND panel = nullptr;

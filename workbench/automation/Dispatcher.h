@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "drilldown/host/Automation.h"
-#include "workbench/automation/HeadlessAutomation.h"
+#include "workbench/automation/AutomationRuntime.h"
 
 namespace wb {
 
@@ -43,7 +43,7 @@ private:
 class Dispatcher {
 public:
     // `automation` is the runtime whose registry and error objects the objects use.
-    explicit Dispatcher(HeadlessAutomation& automation) : m_automation(automation) {}
+    explicit Dispatcher(AutomationRuntime& automation) : m_automation(automation) {}
 
     // Calls a method with the arguments in the order written; its result, empty for none.
     COleVariant call(IDispatch* object, std::string_view name,
@@ -65,7 +65,7 @@ private:
                            EXCEPINFO& exception);
     bool vouchesFor(IDispatch* object, IErrorInfo* info);
 
-    HeadlessAutomation& m_automation;
+    AutomationRuntime& m_automation;
 };
 
 } // namespace wb

@@ -4,7 +4,7 @@
 //
 // An interface's members are its own followed by those of its bases, nearest base first;
 // a base is looked up when asked, so a library may be registered before the library of
-// its base. Not thread-safe: HeadlessAutomation serialises the calls.
+// its base. Not thread-safe: AutomationRuntime serialises the calls.
 
 #include <string>
 #include <string_view>

@@ -8,15 +8,15 @@
 #include <string>
 
 #include "drilldown/core/CDrillDown.h"
-#include "workbench/automation/HeadlessAutomation.h"
+#include "workbench/automation/AutomationRuntime.h"
 #include "workbench/data/DataFile.h"
-#include "workbench/documents/OutputFolder.h"
-#include "workbench/host/HeadlessDialogs.h"
-#include "workbench/host/HeadlessHost.h"
-#include "workbench/host/HeadlessNewFile.h"
-#include "workbench/host/HeadlessOutput.h"
-#include "workbench/host/KeywordStore.h"
-#include "workbench/host/ModuleLoader.h"
+#include "workbench/render/OutputFolder.h"
+#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/headless/HeadlessHost.h"
+#include "workbench/services/NewFileService.h"
+#include "workbench/services/OutputService.h"
+#include "workbench/services/KeywordStore.h"
+#include "workbench/session/ModuleLoader.h"
 
 namespace wb::cli {
 
@@ -41,9 +41,9 @@ public:
     HWND panel() const;
     IDispatch* panelObject() { return m_analysis->GetDialogAutomationInterface(); }
     HeadlessDialogs& dialogs() { return m_dialogs; }
-    HeadlessAutomation& automation() { return m_automation; }
-    HeadlessOutput& output() { return m_output; }
-    HeadlessNewFile& newFile() { return m_newFile; }
+    AutomationRuntime& automation() { return m_automation; }
+    OutputService& output() { return m_output; }
+    NewFileService& newFile() { return m_newFile; }
     const OutputFolder& folder() const { return m_folder; }
     const std::vector<std::string>& messages() { return m_host.messages().messages(); }
 
@@ -51,10 +51,10 @@ private:
     DataFile m_file;
     HeadlessHost m_host;
     KeywordStore m_keywords;
-    HeadlessAutomation m_automation;
+    AutomationRuntime m_automation;
     HeadlessDialogs m_dialogs;
-    HeadlessNewFile m_newFile;
-    HeadlessOutput m_output;
+    NewFileService m_newFile;
+    OutputService m_output;
     OutputFolder m_folder;
     std::unique_ptr<ModuleLoader> m_loader;
     CDrillDown* m_analysis = nullptr;

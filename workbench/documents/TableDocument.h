@@ -1,7 +1,7 @@
 #pragma once
 // A result table as the workbench keeps it: plain data, no drawing.
 //
-// The output service makes one from the module's arrays (HeadlessOutput::looka4); the
+// The output service makes one from the module's arrays (OutputService::looka4); the
 // renderers (TableJson.h, TableHtml.h, later a desktop window) read it and never change it.
 //
 //   1. every text is final: tokens expanded, trailing blanks gone, valid UTF-8; a "\n"

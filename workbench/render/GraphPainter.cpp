@@ -11,7 +11,7 @@
 #include <QStringList>
 
 #include "workbench/documents/CellText.h"
-#include "workbench/host/NeatScale.h"
+#include "workbench/text/NeatScale.h"
 
 namespace wb {
 

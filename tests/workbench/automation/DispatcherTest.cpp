@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "drilldown/host/CAnalysisSupport.h"
+#include "drilldown/host/framework/CAnalysisSupport.h"
 #include "workbench/automation/Dispatcher.h"
-#include "workbench/automation/HeadlessAutomation.h"
+#include "workbench/automation/AutomationRuntime.h"
 
 namespace {
 
@@ -146,7 +146,7 @@ protected:
         return S_OK;
     }
 
-    wb::HeadlessAutomation automation;
+    wb::AutomationRuntime automation;
     wb::Dispatcher dispatcher{automation};
     int alive = 0;
     Toy* toy = nullptr;

@@ -3,7 +3,7 @@
 
 #include <sstream>
 
-#include "workbench/automation/HeadlessAutomation.h"
+#include "workbench/automation/AutomationRuntime.h"
 #include "workbench/automation/Macro.h"
 
 namespace {
@@ -16,7 +16,7 @@ protected:
         std::istringstream input(text);
         return wb::parseMacro(input, "tour.ddm", automation);
     }
-    wb::HeadlessAutomation automation;
+    wb::AutomationRuntime automation;
 };
 
 TEST_F(MacroTest, StatementsOfEachForm) {

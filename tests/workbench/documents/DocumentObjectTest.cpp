@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "drilldown/host/CAnalysisSupport.h"
+#include "drilldown/host/framework/CAnalysisSupport.h"
 #include "workbench/automation/Dispatcher.h"
-#include "workbench/automation/HeadlessAutomation.h"
+#include "workbench/automation/AutomationRuntime.h"
 #include "workbench/documents/DocumentObject.h"
 
 namespace {
@@ -28,7 +28,7 @@ protected:
         return dispatcher.get(object, member).lVal;
     }
 
-    wb::HeadlessAutomation automation;
+    wb::AutomationRuntime automation;
     wb::Dispatcher dispatcher{automation};
     std::shared_ptr<wb::DocumentList> list = std::make_shared<wb::DocumentList>();
     std::shared_ptr<wb::DocumentState> state = std::make_shared<wb::DocumentState>();

@@ -52,7 +52,7 @@ protected:
     }
 
     wb::TokenTable tokens;
-    wb::HeadlessOutput output;
+    wb::OutputService output;
     wb::DataFile file;
 };
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "host/ModuleChart.h"
+#include "workbench/services/ModuleChart.h"
 #include "workbench/data/DataFileLoader.h"
-#include "workbench/host/HeadlessOutput.h"
+#include "workbench/services/OutputService.h"
 
 namespace wb::testing {
 
@@ -29,7 +29,7 @@ inline constexpr const char* SampleDrill = "SEX = Femme ; AGEGROUP = 35-49";
 
 // The histogram of REGION: one bar per category and one of missing data, the count axis of
 // top 200 with 11 labels.
-inline int sendSampleHistogram(HeadlessOutput& output, TokenTable& tokens) {
+inline int sendSampleHistogram(OutputService& output, TokenTable& tokens) {
     const auto& regions = sampleRegions();
     const auto& counts = sampleRegionCounts();
     const int n = static_cast<int>(regions.size());
@@ -50,7 +50,7 @@ inline int sendSampleHistogram(HeadlessOutput& output, TokenTable& tokens) {
     return chart.send(output);
 }
 
-inline int sendSamplePie(HeadlessOutput& output, TokenTable& tokens) {
+inline int sendSamplePie(OutputService& output, TokenTable& tokens) {
     const auto& regions = sampleRegions();
     const auto& counts = sampleRegionCounts();
     const int n = static_cast<int>(regions.size());
@@ -68,7 +68,7 @@ inline int sendSamplePie(HeadlessOutput& output, TokenTable& tokens) {
 }
 
 // Three variables of 3, 2 and 4 categories, the second with missing data.
-inline int sendSampleStacked(HeadlessOutput& output, TokenTable& tokens) {
+inline int sendSampleStacked(OutputService& output, TokenTable& tokens) {
     const std::vector<std::vector<double>> shares = {
         {100, 62, 27, 0}, {100, 96, 44, 0}, {100, 71, 48, 22, 0}};
     const std::vector<std::string> names = {"SEX", "CHANNEL", "AGEGROUP"};
@@ -118,7 +118,7 @@ inline int sampleWomenFloat(char*, long*, double* values, float* x, float* y) {
     return values[sampleSexIndex()] == 2 ? 0 : 1;
 }
 
-inline int sendSampleBoxes(HeadlessOutput& output, const DataFile& file, unsigned short style) {
+inline int sendSampleBoxes(OutputService& output, const DataFile& file, unsigned short style) {
     std::vector<short> variables;
     for (const char* name : {"AGE", "INCOME", "SPEND", "VISITS", "SATISFACTION"})
         variables.push_back(static_cast<short>(file.findVariable(name)));
@@ -129,7 +129,7 @@ inline int sendSampleBoxes(HeadlessOutput& output, const DataFile& file, unsigne
                                               variables.data(), nullptr, sampleWomen);
 }
 
-inline int sendSampleScatter(HeadlessOutput& output, const DataFile& file) {
+inline int sendSampleScatter(OutputService& output, const DataFile& file) {
     std::vector<short> variables;
     for (const char* name : {"AGE", "INCOME", "SPEND", "VISITS"})
         variables.push_back(static_cast<short>(file.findVariable(name)));
@@ -138,7 +138,7 @@ inline int sendSampleScatter(HeadlessOutput& output, const DataFile& file) {
                                          nullptr, sampleWomen, "Corrélations\nSEX = Femme");
 }
 
-inline int sendSample3D(HeadlessOutput& output, const DataFile& file) {
+inline int sendSample3D(OutputService& output, const DataFile& file) {
     std::string title = "Histogramme 3D des variables : AGE et SATISFACTION";
     std::string drill = "SEX = Femme";
     // The variables arrive counted from 0.

@@ -1,0 +1,165 @@
+// The output folder: file names, the files of each table and the index of the session.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "support/TempDir.h"
+#include "workbench/documents/GraphJson.h"
+#include "workbench/render/OutputFolder.h"
+#include "workbench/documents/SampleTable.h"
+#include "workbench/documents/TableHtml.h"
+#include "workbench/documents/TableJson.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string readFile(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::set<std::string> fileNames(const fs::path& folder) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder))
+        names.insert(entry.path().filename().string());
+    return names;
+}
+
+wb::TableDocument titled(int number, const std::string& title) {
+    wb::TableDocument table = wb::testing::sampleTable();
+    table.number = number;
+    table.title = title;
+    return table;
+}
+
+TEST(OutputFolderTest, Slugs) {
+    const struct {
+        const char* title;
+        const char* expected;
+    } rows[] = {
+        {"Tableau de fréquence de AGE: Âge", "tableau-de-frequence-de-age-age"}, // accents fold
+        {"Cœur, Æther & Straße", "coeur-aether-strasse"},                        // ligatures
+        {"  --Pourcentage(%)--  ", "pourcentage"}, // no dash at either end
+        {"Ελληνικά 2024", "2024"},                 // letters that do not fold are separators
+        {"%%%", "table"},                          // nothing left
+        {"a\377b", "a-b"},                         // a byte that is no UTF-8
+        {"Répartition des revenus annuels bruts par région et catégorie", // cut at 48
+         "repartition-des-revenus-annuels-bruts-par-region"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(wb::titleSlug(row.title), row.expected) << row.title;
+    EXPECT_EQ(wb::documentStem(titled(7, "Résumé")), "007-resume");
+    EXPECT_EQ(wb::documentStem(titled(1234, "")), "1234-table");
+}
+
+TEST(OutputFolderTest, WritesEachTableAndIndexesTheSessionInOrder) {
+    wb::testing::TempDir dir;
+    const fs::path folder = fs::path(dir.path("session")) / "out"; // created with its parent
+    wb::OutputFolder output(folder);
+    const wb::TableDocument tables[] = {titled(1, "Résumé"), titled(2, "Fréquences"),
+                                        titled(3, "Statistiques descriptives")};
+    for (const auto& table : tables)
+        output.addTable(table);
+
+    EXPECT_EQ(fileNames(folder),
+              (std::set<std::string>{"001-resume.json", "001-resume.html", "002-frequences.json",
+                                     "002-frequences.html", "003-statistiques-descriptives.json",
+                                     "003-statistiques-descriptives.html", "index.html"}))
+        << "no temporary file stays behind";
+    EXPECT_EQ(readFile(folder / "002-frequences.json"), wb::tableJsonText(tables[1]));
+
+    const std::string index = readFile(folder / "index.html");
+    std::size_t listed = 0, shown = 0;
+    for (const auto& table : tables) {
+        SCOPED_TRACE(table.title);
+        const std::size_t link = index.find("<a href=\"#" + wb::tableAnchor(table) + "\">" +
+                                            wb::htmlText(table.title) + "</a>");
+        const std::size_t section = index.find(wb::tableHtml(table));
+        ASSERT_NE(link, std::string::npos);
+        ASSERT_NE(section, std::string::npos);
+        EXPECT_GT(link, listed);
+        EXPECT_GT(section, shown);
+        listed = link;
+        shown = section;
+    }
+    EXPECT_LT(listed, index.find("<main>")) << "the list comes before the tables";
+}
+
+wb::GraphDocument graphTitled(int number, const std::string& title) {
+    wb::GraphDocument graph;
+    graph.number = number;
+    graph.titles = {title, "SEX = Femme"};
+    graph.series.push_back({"", {1, 2}, {4, 6}, {}, 12, 0.9});
+    graph.xAxis = {0, 3, 1, {{1, "Homme"}, {2, "Femme"}}};
+    graph.yAxis = {0, 10, 1, {}};
+    return graph;
+}
+
+TEST(OutputFolderTest, GraphsHaveTheirPicturesAndStandInTheIndexWithTheTables) {
+    wb::testing::TempDir dir;
+    const fs::path folder = dir.path("out");
+    wb::OutputFolder output(folder);
+    output.addTable(titled(1, "Résumé"));
+    const wb::GraphDocument graph = graphTitled(2, "Histogramme de la variable étudiée : SEX");
+    output.addGraph(graph);
+    output.addTable(titled(3, "Fréquences"));
+    output.addGraph(graphTitled(4, ""));
+
+    const std::string stem = "002-histogramme-de-la-variable-etudiee-sex";
+    EXPECT_EQ(fileNames(folder),
+              (std::set<std::string>{"001-resume.json", "001-resume.html", stem + ".json",
+                                     stem + ".svg", stem + ".png", "003-frequences.json",
+                                     "003-frequences.html", "004-graph.json", "004-graph.svg",
+                                     "004-graph.png", "index.html"}));
+    EXPECT_EQ(readFile(folder / (stem + ".json")), wb::graphJsonText(graph));
+    EXPECT_EQ(readFile(folder / (stem + ".png")).substr(1, 3), "PNG");
+    EXPECT_NE(readFile(folder / (stem + ".svg")).find("<svg"), std::string::npos);
+    EXPECT_EQ(output.shownFiles(), (std::vector<std::string>{"001-resume.html", stem + ".svg",
+                                                             "003-frequences.html",
+                                                             "004-graph.svg"}));
+
+    const std::string index = readFile(folder / "index.html");
+    const std::size_t picture = index.find("<object data=\"" + stem + ".svg\"");
+    ASSERT_NE(picture, std::string::npos);
+    EXPECT_NE(index.find("<img src=\"" + stem + ".png\"", picture), std::string::npos)
+        << "the PNG where the SVG cannot be shown";
+    EXPECT_LT(index.find(wb::tableHtml(titled(1, "Résumé"))), picture);
+    EXPECT_GT(index.find(wb::tableHtml(titled(3, "Fréquences"))), picture) << "in the session's order";
+    EXPECT_NE(index.find("<p class=\"subtitle\">SEX = Femme</p>"), std::string::npos);
+    EXPECT_NE(index.find("<a href=\"#graph-2\">Histogramme de la variable étudiée : SEX</a>"),
+              std::string::npos);
+}
+
+std::string failureOf(wb::OutputFolder& output) {
+    try {
+        output.addTable(titled(1, "x"));
+    } catch (const wb::OutputError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+TEST(OutputFolderTest, FailuresNameTheFolder) {
+    wb::testing::TempDir dir;
+    const fs::path underFile = fs::path(dir.write("plain", "x")) / "out";
+    wb::OutputFolder output(underFile);
+    EXPECT_EQ(failureOf(output),
+              "cannot create the output folder '" + underFile.string() + "': Not a directory");
+
+    const fs::path folder = dir.path("blocked");
+    fs::create_directories(folder / "001-x.json"); // a directory where the file would go
+    output.setFolder(folder);
+    EXPECT_EQ(failureOf(output), "cannot write 001-x.json in the output folder '" +
+                                     folder.string() + "': Is a directory");
+    EXPECT_EQ(fileNames(folder), std::set<std::string>{"001-x.json"}) << "no temporary file left";
+    EXPECT_TRUE(output.stems().empty()) << "a table whose files failed is not indexed";
+}
+
+} // namespace

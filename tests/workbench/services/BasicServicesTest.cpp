@@ -1,0 +1,163 @@
+// Memory, messages and progress of the headless host, with their test hooks.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "workbench/services/MemoryService.h"
+#include "workbench/headless/HeadlessMessages.h"
+#include "workbench/headless/HeadlessProgress.h"
+
+namespace {
+
+// Everything written to a temporary stream so far.
+std::string contents(std::FILE* file) {
+    std::fflush(file);
+    std::rewind(file);
+    std::string text;
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file))
+        text += static_cast<char>(c);
+    return text;
+}
+
+TEST(MemoryService, BlocksAreZeroFilledAndAccounted) {
+    wb::MemoryService memory;
+    void* first = nullptr;
+    void* second = nullptr;
+    ASSERT_EQ(memory.AllocMem(&first, 4096), 0);
+    ASSERT_EQ(memory.AllocMem(&second, 0), 0);
+    ASSERT_NE(first, nullptr);
+    EXPECT_NE(second, nullptr);
+    EXPECT_NE(first, second);
+    const std::vector<unsigned char> zeros(4096, 0);
+    EXPECT_EQ(std::memcmp(first, zeros.data(), zeros.size()), 0);
+    EXPECT_EQ(memory.outstandingBlocks(), 2u);
+    memory.FreeMem(first);
+    memory.FreeMem(nullptr);
+    EXPECT_EQ(memory.outstandingBlocks(), 1u);
+    memory.FreeMem(second);
+    EXPECT_EQ(memory.outstandingBlocks(), 0u);
+}
+
+const struct {
+    bool fromOn; // failAllocationsFrom instead of failAllocation
+    int n;
+    const char* outcome; // of five allocations: '0' success, '1' failure
+    const char* comment;
+} FailureRows[] = {
+    {false, 3, "00100", "the third from now fails once"},
+    {true, 4, "00011", "the fourth and later fail"},
+    {false, 0, "00000", "0 sets no failure"},
+};
+
+TEST(MemoryService, FailsTheRequestedAllocations) {
+    for (const auto& row : FailureRows) {
+        SCOPED_TRACE(row.comment);
+        wb::MemoryService memory;
+        void* warmUp = nullptr;
+        ASSERT_EQ(memory.AllocMem(&warmUp, 8), 0); // counting starts from "now", not from 0
+        if (row.fromOn)
+            memory.failAllocationsFrom(row.n);
+        else
+            memory.failAllocation(row.n);
+        std::string outcome;
+        for (int i = 0; i < 5; ++i) {
+            void* block = reinterpret_cast<void*>(0x1);
+            const int result = memory.AllocMem(&block, 16);
+            outcome += result == 0 ? '0' : '1';
+            if (result != 0) {
+                EXPECT_EQ(block, nullptr);
+            }
+            memory.FreeMem(block);
+        }
+        EXPECT_EQ(outcome, row.outcome);
+        memory.FreeMem(warmUp);
+        memory.clearFailures();
+        EXPECT_EQ(memory.AllocMem(&warmUp, 8), 0) << "clearFailures restores allocation";
+        memory.FreeMem(warmUp);
+        EXPECT_EQ(memory.outstandingBlocks(), 0u);
+        EXPECT_EQ(memory.allocationCount(), 7u);
+    }
+}
+
+TEST(HeadlessMessages, KeepsMessagesAndEchoesOneLineEach) {
+    std::FILE* echo = std::tmpfile();
+    ASSERT_NE(echo, nullptr);
+    wb::HeadlessMessages messages(echo);
+    messages.dsplst(0, "Mémoire insuffisante");
+    messages.dsplst(9, "deux\nlignes\n");
+    messages.dsplst(0, nullptr);
+    EXPECT_EQ(messages.messages(),
+              (std::vector<std::string>{"Mémoire insuffisante", "deux\nlignes\n"}));
+    EXPECT_EQ(contents(echo), "drilldown: Mémoire insuffisante\ndrilldown: deux\nlignes\n");
+    std::fclose(echo);
+
+    messages.clear();
+    messages.setEcho(nullptr);
+    messages.dsplst(0, "silence");
+    EXPECT_EQ(messages.messages(), std::vector<std::string>{"silence"});
+}
+
+TEST(HeadlessProgress, BreakAtCallReportsOnceAtThatCall) {
+    const struct {
+        unsigned long k;
+        std::vector<int> expected; // results of five lookbr calls
+        const char* comment;
+    } rows[] = {
+        {4, {0, 0, 0, 1, 0}, "the fourth call"},
+        {0, {0, 0, 0, 0, 0}, "cleared"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        wb::HeadlessProgress progress(nullptr);
+        progress.lookbr(); // counting starts from "now"
+        progress.breakAtCall(row.k);
+        std::vector<int> results;
+        for (int i = 0; i < 5; ++i)
+            results.push_back(progress.lookbr() != 0 ? 1 : 0);
+        EXPECT_EQ(results, row.expected);
+    }
+}
+
+TEST(HeadlessProgress, BreakRequestStandsUntilCleared) {
+    wb::HeadlessProgress progress(nullptr);
+    EXPECT_EQ(progress.lookbr(), 0);
+    std::thread other([&progress] { progress.requestBreak(); });
+    other.join();
+    EXPECT_NE(progress.lookbr(), 0);
+    EXPECT_NE(progress.lookbr(), 0);
+    progress.clearBreak();
+    EXPECT_EQ(progress.lookbr(), 0);
+}
+
+// The bar moves with lookbr but is redrawn only when its percentage changes, and the line
+// is cleared at the end.
+TEST(HeadlessProgress, DrawsAtMostOncePerPercent) {
+    std::FILE* terminal = std::tmpfile();
+    ASSERT_NE(terminal, nullptr);
+    wb::HeadlessProgress progress(terminal);
+    progress.d_pbar("Scan ");
+    progress.dstart(100000);
+    for (int i = 0; i < 100000; ++i)
+        progress.lookbr();
+    const std::string drawn = contents(terminal);
+    progress.dstop();
+    const std::string all = contents(terminal);
+    std::fclose(terminal);
+
+    std::size_t redraws = 0;
+    for (const char c : drawn)
+        redraws += c == '\r' ? 1 : 0;
+    EXPECT_EQ(redraws, 101u); // 0% to 100%
+    EXPECT_NE(drawn.find("Scan [......"), std::string::npos);
+    EXPECT_NE(drawn.find(" 50%"), std::string::npos);
+    EXPECT_NE(drawn.find("[##############################] 100%"), std::string::npos);
+    // After dstop the line ends blank.
+    const std::string tail = all.substr(all.rfind('\r', all.size() - 2));
+    EXPECT_EQ(tail.find_first_not_of(" \r"), std::string::npos);
+}
+
+} // namespace

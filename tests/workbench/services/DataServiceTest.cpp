@@ -1,0 +1,296 @@
+// The module's view of a data file: blocks, the case loop, names, labels and formats.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "drilldown/host/HostBlocks.h"
+#include "workbench/data/DataFile.h"
+#include "workbench/services/DataService.h"
+#include "workbench/text/TokenTable.h"
+
+namespace {
+
+constexpr double Missing = -99999999.0;
+
+enum Var { Age = 1, Income, Weight, Day, Clock, VarCount = Clock };
+
+const std::string LongShortName = "REVENU_ANNUEL";
+const std::string LongLabel = "Très élevé et au-delà";
+
+wb::DataFile makeFile() {
+    wb::DataFile file;
+    file.setHeaderText("Enquête 2024");
+    file.addVariable({"AGE", "", Missing, {}, wb::DisplayFormat::Plain});
+    file.addVariable({LongShortName,
+                      "Revenu annuel brut",
+                      Missing,
+                      {{1.0, "Bas"}, {2.0, LongLabel}},
+                      wb::DisplayFormat::Plain});
+    file.addVariable({"POIDS", "", Missing, {}, wb::DisplayFormat::Plain});
+    file.addVariable({"DATE", "", Missing, {}, wb::DisplayFormat::Date});
+    file.addVariable({"HEURE", "", Missing, {}, wb::DisplayFormat::Time});
+    file.appendCase({34, 1, 2.5, 45000, 3661}, "Dupont");
+    file.appendCase({51, 2, Missing, 45001, 0}, "Martin-Lefebvre");
+    file.appendCase({27, 2, -1.0, 45002, 60}, "Roy");
+    file.setWeightVariable(Weight);
+    return file;
+}
+
+class DataServiceTest : public testing::Test {
+protected:
+    void SetUp() override {
+        m_file = makeFile();
+        m_data.setDataFile(&m_file);
+    }
+    wb::TokenTable m_tokens;
+    wb::DataFile m_file;
+    wb::DataService m_data{m_tokens};
+};
+
+TEST_F(DataServiceTest, InitCommonsFillsTheBlocksAndSetDataFileRefillsThem) {
+    // Blocks full of rubbish, as static storage never is, to see every field written.
+    HostBlocks blocks;
+    std::memset(static_cast<void*>(&blocks), 0x5A, sizeof blocks);
+    m_data.InitCommons(&blocks.Vmk, &blocks.Vmk88, &blocks.B1, &blocks.Wght, nullptr);
+    EXPECT_EQ(int16_t{blocks.Vmk.NVars}, VarCount);
+    EXPECT_EQ(int32_t{blocks.Vmk.NCases}, 3); // a copy: the field is packed
+    const std::string header(blocks.Vmk.HeaderText, sizeof blocks.Vmk.HeaderText);
+    EXPECT_EQ(header, "Enquête 2024" + std::string(80 - std::strlen("Enquête 2024"), ' '));
+    EXPECT_EQ(blocks.Vmk.RowHeading[0], '\0');
+    EXPECT_EQ(blocks.Vmk.RowHeading[63], '\0');
+    EXPECT_EQ(blocks.Vmk88.CaseNameLen, static_cast<int16_t>(std::strlen("Martin-Lefebvre")));
+    EXPECT_EQ(blocks.B1.CaseName[0], '\0');
+    EXPECT_EQ(blocks.B1.CaseNamePos, 0);
+    EXPECT_EQ(blocks.Wght.WeightOn, 0);
+    EXPECT_EQ(blocks.Wght.WeightValue, 0.0);
+
+    wb::DataFile other;
+    other.addVariable({"X", "", Missing, {}, wb::DisplayFormat::Plain});
+    other.appendCase({1.0});
+    m_data.setDataFile(&other);
+    EXPECT_EQ(int16_t{blocks.Vmk.NVars}, 1);
+    EXPECT_EQ(int32_t{blocks.Vmk.NCases}, 1);
+    EXPECT_EQ(blocks.Vmk88.CaseNameLen, 0);
+    EXPECT_EQ(std::string(blocks.Vmk.HeaderText, 80), std::string(80, ' '));
+
+    m_data.setDataFile(nullptr);
+    EXPECT_EQ(int16_t{blocks.Vmk.NVars}, 0);
+    EXPECT_EQ(int32_t{blocks.Vmk.NCases}, 0);
+}
+
+const struct {
+    int caseNo;
+    int breakAt; // breakAtCase hook, 0 for none
+    short result;
+    double weight;
+    const char* comment;
+} CaseRows[] = {
+    {1, 0, 0, 2.5, "delivered with its weight"},
+    {2, 0, 0, 0.0, "a missing weight counts as 0"},
+    {3, 0, 0, -1.0, "a negative weight stays for the module to drop"},
+    {2, 2, 2, -7.0, "reading broken off at that case: outputs untouched"},
+    {1, 2, 0, 2.5, "the break hook concerns its case only"},
+    {4, 0, 2, -7.0, "beyond the last case"},
+    {0, 0, 2, -7.0, "before the first case"},
+};
+
+TEST_F(DataServiceTest, CstrtwDeliversTheRowAndTheWeight) {
+    for (const auto& row : CaseRows) {
+        SCOPED_TRACE(row.comment);
+        m_data.breakAtCase(row.breakAt);
+        std::vector<double> values(VarCount + 2, -7.0);
+        int hasWeight = -7, weightVar = -7;
+        double weight = -7.0;
+        const short result =
+            m_data.cstrtw(row.caseNo, values.data(), &hasWeight, &weight, &weightVar);
+        EXPECT_EQ(result, row.result);
+        EXPECT_EQ(weight, row.weight);
+        EXPECT_EQ(values[VarCount + 1], -7.0) << "wrote past NVars + 1 values";
+        if (result == 2) {
+            EXPECT_EQ(values[Age], -7.0);
+            EXPECT_EQ(hasWeight, -7);
+            continue;
+        }
+        for (int var = 1; var <= VarCount; ++var)
+            EXPECT_EQ(values[var], m_file.value(row.caseNo, var)) << "variable " << var;
+        EXPECT_EQ(hasWeight, 1);
+        EXPECT_EQ(weightVar, Weight);
+    }
+}
+
+TEST_F(DataServiceTest, CstrtwWithoutWeightGivesOneAndAcceptsNullOutputs) {
+    m_file.setWeightVariable(0);
+    int hasWeight = -7, weightVar = -7;
+    double weight = -7.0;
+    EXPECT_EQ(m_data.cstrtw(2, nullptr, &hasWeight, &weight, &weightVar), 0);
+    EXPECT_EQ(hasWeight, 0);
+    EXPECT_EQ(weight, 1.0);
+    EXPECT_EQ(weightVar, 0);
+    std::vector<double> values(VarCount + 1);
+    EXPECT_EQ(m_data.cstrtw(2, values.data(), nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(values[Age], 51.0);
+}
+
+TEST_F(DataServiceTest, CaseLeftOutBySelectionGivesOneWithItsWeight) {
+    m_file.setSelection("AGE > 30");
+    for (const auto& [caseNo, result, expectedWeight] : {std::tuple{1, 0, 2.5}, {3, 1, -1.0}}) {
+        SCOPED_TRACE(caseNo); // case 1 selected, case 3 left out
+        std::vector<double> values(VarCount + 1);
+        int hasWeight = 0, weightVar = 0;
+        double weight = -7.0;
+        EXPECT_EQ(m_data.cstrtw(caseNo, values.data(), &hasWeight, &weight, &weightVar), result);
+        EXPECT_EQ(weight, expectedWeight);
+        EXPECT_EQ(hasWeight, 1);
+    }
+}
+
+TEST_F(DataServiceTest, ShortNamesArePaddedOrTokens) {
+    const struct {
+        int var;
+        std::string expected;
+        const char* comment;
+    } rows[] = {
+        {Age, "AGE     ", "padded to 8"},
+        {Income, m_tokens.tokenFor(LongShortName), "longer than 8: its token"},
+        {99, "        ", "no such variable"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        char name[9];
+        std::memset(name, 'x', sizeof name);
+        m_data.getvn5(row.var, name);
+        EXPECT_EQ(std::string(name, 8), row.expected);
+        EXPECT_EQ(name[8], '\0');
+    }
+    char name[9];
+    m_data.getvn5(Income, name);
+    EXPECT_EQ(m_tokens.expand(name), LongShortName);
+}
+
+TEST_F(DataServiceTest, LongNamesFitTheirBufferWithoutCuttingACharacter) {
+    // 126 ASCII bytes then 'é': 128 bytes, so the cut at 127 falls inside the 'é'.
+    m_file.variable(Age).longName = std::string(126, 'a') + "é";
+    const struct {
+        int var;
+        std::string expected;
+        const char* comment;
+    } rows[] = {
+        {Income, "Revenu annuel brut", "whole"},
+        {Age, std::string(126, 'a'), "cut before the character that does not fit"},
+        {Weight, "", "none"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        char text[128];
+        std::memset(text, 'x', sizeof text);
+        EXPECT_EQ(m_data.WriteVarLongName(text, row.var), static_cast<int>(row.expected.size()));
+        EXPECT_STREQ(text, row.expected.c_str());
+    }
+}
+
+TEST_F(DataServiceTest, TextLabelsComeAsEightCharacters) {
+    const struct {
+        int var;
+        float value;
+        int found;
+        std::string expected;
+        const char* comment;
+    } rows[] = {
+        {Income, 1.0f, 1, "Bas     ", "short label, blank padded"},
+        {Income, 2.0f, 1, m_tokens.tokenFor(LongLabel), "long label: its token"},
+        {Income, 3.0f, 0, "xxxxxxxx", "no label for the value"},
+        {0, 1.0f, 0, "xxxxxxxx", "no such variable"},
+    };
+    for (auto row : rows) {
+        SCOPED_TRACE(row.comment);
+        char text[9];
+        std::memset(text, 'x', sizeof text);
+        const int result = m_data.vvlcod(0, row.var, text, &row.value);
+        EXPECT_EQ(result == 0, row.found == 1);
+        EXPECT_EQ(std::string(text, 8), row.expected);
+        EXPECT_EQ(text[8], 'x') << "no terminator is written";
+    }
+}
+
+TEST_F(DataServiceTest, LongLabelsAsTokensByZeroBasedVariable) {
+    const struct {
+        int var0;
+        double value;
+        int found;
+        const char* comment;
+    } rows[] = {
+        {Income - 1, 2.0, 1, "a long label"},
+        {Income - 1, 1.0, 0, "a short label is no long label"},
+        {Income, 2.0, 0, "the next variable has none: var0 counts from 0"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        char token[9] = "unused!!";
+        const int result = m_data.RetrieveLongTextLabelAsHashedString(token, row.var0, row.value);
+        EXPECT_EQ(result != 0, row.found == 1);
+        if (result != 0) {
+            EXPECT_EQ(m_tokens.expand(token), LongLabel);
+        }
+    }
+}
+
+TEST_F(DataServiceTest, DatesAndTimesInTheirFormat) {
+    for (const int var :
+         {int(Day), int(Clock), int(Age), 42}) // date, time, plain, no such variable
+        EXPECT_EQ(m_data.IsSpecialFormatVariable(var) != 0, var == Day || var == Clock) << var;
+    const struct {
+        int var;
+        double value;
+        int width;
+        const char* expected;
+        const char* comment;
+    } rows[] = {
+        {Day, 0, 8, "30/12/99", "the epoch"},
+        {Day, 61, 8, "01/03/00", "1900 has no 29 February"},
+        {Day, 45000.75, 8, "15/03/23", "the fraction of the day is ignored"},
+        {Day, -1, 8, "29/12/99", "before the epoch"},
+        {Day, 1e9, 8, "--      ", "no such date"},
+        {Clock, 86399.6, 8, "00:00:00", "rounded to the next day's midnight"},
+        {Clock, -60, 8, "23:59:00", "taken modulo a day, negative wraps back"},
+        {Clock, 3661, 5, "01:01", "h:m:s, cut to the width"},
+        {Clock, 3661, 10, "01:01:01  ", "padded to the width"},
+        {Clock, std::nan(""), 8, "--      ", "not a number"},
+        {Age, 2.5, 8, "2.5     ", "a plain variable gets its number"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        char text[16];
+        std::memset(text, 'x', sizeof text);
+        m_data.WriteSpecialFormatVariable(row.var, row.value, text, row.width);
+        EXPECT_STREQ(text, row.expected);
+    }
+}
+
+TEST_F(DataServiceTest, CellsCaseNamesAndMissingCodes) {
+    double value = 0;
+    m_data.GetCell(Age - 1, 1, &value);
+    EXPECT_EQ(value, 51.0);
+    m_data.GetCell(Age - 1, 3, &value);
+    EXPECT_TRUE(std::isnan(value));
+    m_data.GetCell(VarCount, 0, &value);
+    EXPECT_TRUE(std::isnan(value));
+
+    std::string name = "stale";
+    m_data.GetCaseName(1, name);
+    EXPECT_EQ(name, "Martin-Lefebvre");
+    m_data.GetCaseName(3, name);
+    EXPECT_EQ(name, "");
+
+    m_file.variable(Weight).missingCode = -1.0;
+    double code = 0;
+    m_data.getmd5(Weight, &code);
+    EXPECT_EQ(code, -1.0);
+    m_data.getmd5(0, &code);
+    EXPECT_TRUE(std::isnan(code));
+}
+
+} // namespace

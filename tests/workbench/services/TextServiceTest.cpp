@@ -1,0 +1,158 @@
+// Tokens for long strings and the removal of formatting marks.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "workbench/services/TextService.h"
+#include "workbench/text/TokenTable.h"
+
+namespace {
+
+using wb::TextService;
+using wb::TokenTable;
+
+bool hasTokenForm(const std::string& text) {
+    if (text.size() != 8 || text.front() != '~' || text.back() != '~')
+        return false;
+    for (std::size_t i = 1; i < 7; ++i)
+        if (!std::isdigit(static_cast<unsigned char>(text[i])) &&
+            !std::isupper(static_cast<unsigned char>(text[i])))
+            return false;
+    return true;
+}
+
+TEST(Tokens, ShortTextStaysAndLongTextRoundTrips) {
+    TokenTable table;
+    TextService text(table);
+    const std::vector<std::string> originals = {
+        "",                             // empty
+        "12345678",                     // exactly 8 bytes
+        "123456789",                    // one byte too many
+        "Température moyenne de l'été", // UTF-8, kept whole
+        "<b>Revenu</b> annuel",         // marks are kept in the table
+    };
+    for (const std::string& original : originals) {
+        SCOPED_TRACE(original);
+        std::string shortForm = original;
+        text.Get8CharHash(shortForm);
+        if (original.size() <= 8) {
+            EXPECT_EQ(shortForm, original);
+            continue;
+        }
+        EXPECT_TRUE(hasTokenForm(shortForm)) << shortForm;
+        std::string back = shortForm;
+        text.ExpandPossible8CharHash(back);
+        EXPECT_EQ(back, original);
+    }
+}
+
+TEST(Tokens, SameStringSameTokenDifferentStringsDifferentTokens) {
+    TokenTable table;
+    const std::string a = table.tokenFor("variable numéro un");
+    const std::string b = table.tokenFor("variable numéro deux");
+    EXPECT_NE(a, b);
+    EXPECT_EQ(table.tokenFor("variable numéro un"), a);
+    EXPECT_EQ(table.size(), 2u);
+}
+
+TEST(Tokens, DataAndTextServicesShareTheProcessTable) {
+    wb::TextService text;
+    std::string viaText = "une étiquette partagée entre services";
+    text.Get8CharHash(viaText);
+    EXPECT_EQ(TokenTable::shared().tokenFor("une étiquette partagée entre services"), viaText);
+}
+
+TEST(Tokens, ExpandReplacesOnlyAWholeRegisteredToken) {
+    TokenTable table;
+    TextService text(table);
+    const std::string token = table.tokenFor("Chiffre d'affaires");
+    const struct {
+        std::string input;
+        std::string expected;
+        const char* comment;
+    } rows[] = {
+        {token, "Chiffre d'affaires", "the token alone"},
+        {"  " + token + " ", "Chiffre d'affaires", "blanks around it"},
+        {"~ZZZZZZ~", "~ZZZZZZ~", "token form but never registered"},
+        {"~000000~", "~000000~", "number 0 is no token"},
+        {"x" + token, "x" + token, "more than the token"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        std::string value = row.input;
+        text.ExpandPossible8CharHash(value);
+        EXPECT_EQ(value, row.expected);
+    }
+}
+
+TEST(Tokens, ReplaceInsideTextGrowsOrKeepsTheWidth) {
+    TokenTable table;
+    TextService text(table);
+    const std::string a = table.tokenFor("Région administrative");
+    const std::string b = table.tokenFor("aÉÉÉÉÉ long"); // 'É' is two bytes
+    const std::string nested = table.tokenFor("Fréquences de " + a + " : long");
+    const struct {
+        std::string input;
+        bool grow;
+        std::string expected;
+        const char* comment;
+    } rows[] = {
+        {"V=" + a + " (x)", true, "V=Région administrative (x)", "one token inside text"},
+        {"~" + a + b, true, "~Région administrativeaÉÉÉÉÉ long", "stray tilde, two tokens"},
+        {"~ZZZZZZ~" + a, true, "~ZZZZZZ~Région administrative", "unknown token left alone"},
+        {"[" + a + "]", false, "[Région ]", "fixed width: first 8 bytes, 'é' is two"},
+        {"[" + b + "]", false, "[aÉÉÉ ]", "fixed width: no character cut in two"},
+        {a.substr(0, 7), true, a.substr(0, 7), "a cut token is no token"},
+        {nested, true, "Fréquences de Région administrative : long", "a token inside a token"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        std::string value = row.input;
+        text.Replace8CharGrow(value, row.grow);
+        EXPECT_EQ(value, row.expected);
+    }
+}
+
+TEST(Tokens, ConcurrentRegistrationGivesOneTokenPerString) {
+    TokenTable table;
+    std::vector<std::vector<std::string>> seen(4);
+    std::vector<std::thread> threads;
+    for (std::size_t t = 0; t < seen.size(); ++t)
+        threads.emplace_back([&table, &seen, t] {
+            for (int i = 0; i < 200; ++i)
+                seen[t].push_back(table.tokenFor("chaîne numéro " + std::to_string(i)));
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(table.size(), 200u);
+    for (std::size_t t = 1; t < seen.size(); ++t)
+        EXPECT_EQ(seen[t], seen[0]);
+}
+
+TEST(StripFormatting, RemovesExactlyTheHostsMarks) {
+    TextService text;
+    const struct {
+        std::string input;
+        std::string expected;
+        const char* comment;
+    } rows[] = {
+        {"<b>Âge</b>", "Âge", "bold"},
+        {"x<SUP>2</SUP> + H<sub>2</sub>O", "x2 + H2O", "super- and subscript, any case"},
+        {"<I><u>a</U></i>", "a", "italic and underline, nested"},
+        {"a < b > c", "a < b > c", "comparison signs stay"},
+        {"<br>x<bold>", "<br>x<bold>", "other tags stay"},
+        {"<b", "<b", "an unclosed mark stays"},
+        {"<<b>>", "<>", "a mark inside angle brackets"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.comment);
+        std::string value = row.input;
+        text.StripFormatting(value);
+        EXPECT_EQ(value, row.expected);
+    }
+}
+
+} // namespace

@@ -1,0 +1,73 @@
+#include "workbench/headless/HeadlessProgress.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+
+namespace wb {
+
+namespace {
+
+constexpr int BarWidth = 30;
+
+} // namespace
+
+HeadlessProgress::HeadlessProgress() : m_terminal(isatty(STDERR_FILENO) ? stderr : nullptr) {}
+
+void HeadlessProgress::d_pbar(const char* text) {
+    m_text = text == nullptr ? "" : text;
+}
+
+void HeadlessProgress::dstart(unsigned long total) {
+    ++m_starts;
+    m_open = true;
+    m_total = total;
+    m_position = 0;
+    m_nextDraw = 0;
+    draw();
+}
+
+void HeadlessProgress::dstop() {
+    ++m_stops;
+    if (m_open)
+        erase();
+    m_open = false;
+}
+
+int HeadlessProgress::lookbr() {
+    ++m_calls;
+    if (m_open) {
+        ++m_position;
+        if (m_position >= m_nextDraw)
+            draw();
+    }
+    if (m_calls == m_breakAt)
+        return 1;
+    return breakRequested() ? 1 : 0;
+}
+
+void HeadlessProgress::draw() {
+    const unsigned long shown = std::min(m_position, m_total);
+    const unsigned long percent = m_total == 0 ? 100 : shown * 100 / m_total;
+    // The first position with the next whole percentage: nothing is drawn before it.
+    m_nextDraw =
+        percent >= 100 ? static_cast<unsigned long>(-1) : ((percent + 1) * m_total + 99) / 100;
+    if (m_terminal == nullptr)
+        return;
+    const int filled = static_cast<int>(percent * BarWidth / 100);
+    const std::string bar = std::string(filled, '#') + std::string(BarWidth - filled, '.');
+    m_drawnLength =
+        std::fprintf(m_terminal, "\r%s[%s] %3lu%%", m_text.c_str(), bar.c_str(), percent) - 1;
+    std::fflush(m_terminal);
+}
+
+void HeadlessProgress::erase() {
+    if (m_terminal == nullptr || m_drawnLength <= 0)
+        return;
+    std::fprintf(m_terminal, "\r%*s\r", m_drawnLength, "");
+    std::fflush(m_terminal);
+    m_drawnLength = 0;
+}
+
+} // namespace wb

@@ -1,0 +1,247 @@
+#include "workbench/render/OutputFolder.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+#include <unistd.h>
+
+#include "workbench/documents/GraphJson.h"
+#include "workbench/documents/TableHtml.h"
+#include "workbench/documents/TableJson.h"
+#include "workbench/render/GraphRenderer.h"
+
+namespace wb {
+
+namespace {
+
+constexpr std::size_t MaxSlugLength = 48;
+constexpr const char* IndexName = "index.html";
+
+// Latin-1 letters and Latin Extended-A, by ranges of code points that fold alike.
+struct Folding {
+    char32_t first;
+    char32_t last;
+    const char* ascii; // null: not a letter
+};
+
+constexpr Folding Foldings[] = {
+    {0xC0, 0xC5, "a"},     {0xC6, 0xC6, "ae"},   {0xC7, 0xC7, "c"},     {0xC8, 0xCB, "e"},
+    {0xCC, 0xCF, "i"},     {0xD0, 0xD0, "d"},    {0xD1, 0xD1, "n"},     {0xD2, 0xD6, "o"},
+    {0xD7, 0xD7, nullptr}, {0xD8, 0xD8, "o"},    {0xD9, 0xDC, "u"},     {0xDD, 0xDD, "y"},
+    {0xDE, 0xDE, "th"},    {0xDF, 0xDF, "ss"},   {0xE0, 0xE5, "a"},     {0xE6, 0xE6, "ae"},
+    {0xE7, 0xE7, "c"},     {0xE8, 0xEB, "e"},    {0xEC, 0xEF, "i"},     {0xF0, 0xF0, "d"},
+    {0xF1, 0xF1, "n"},     {0xF2, 0xF6, "o"},    {0xF7, 0xF7, nullptr}, {0xF8, 0xF8, "o"},
+    {0xF9, 0xFC, "u"},     {0xFD, 0xFD, "y"},    {0xFE, 0xFE, "th"},    {0xFF, 0xFF, "y"},
+    {0x100, 0x105, "a"},   {0x106, 0x10D, "c"},  {0x10E, 0x111, "d"},   {0x112, 0x11B, "e"},
+    {0x11C, 0x123, "g"},   {0x124, 0x127, "h"},  {0x128, 0x131, "i"},   {0x132, 0x133, "ij"},
+    {0x134, 0x135, "j"},   {0x136, 0x138, "k"},  {0x139, 0x142, "l"},   {0x143, 0x14B, "n"},
+    {0x14C, 0x151, "o"},   {0x152, 0x153, "oe"}, {0x154, 0x159, "r"},   {0x15A, 0x161, "s"},
+    {0x162, 0x167, "t"},   {0x168, 0x173, "u"},  {0x174, 0x175, "w"},   {0x176, 0x178, "y"},
+    {0x179, 0x17E, "z"},   {0x17F, 0x17F, "s"},
+};
+
+const char* folded(char32_t code) {
+    for (const Folding& folding : Foldings)
+        if (code >= folding.first && code <= folding.last)
+            return folding.ascii;
+    return nullptr;
+}
+
+// The code point starting at text[pos] and its length in bytes; a byte that starts no
+// valid two-byte sequence counts as one unknown character.
+std::pair<char32_t, std::size_t> codePoint(std::string_view text, std::size_t pos) {
+    const auto lead = static_cast<unsigned char>(text[pos]);
+    if (lead < 0x80)
+        return {lead, 1};
+    if (lead < 0xC2) // a continuation byte, or an overlong form
+        return {0xFFFD, 1};
+    std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (pos + length > text.size())
+        return {0xFFFD, 1};
+    if (length == 2 && (static_cast<unsigned char>(text[pos + 1]) & 0xC0) == 0x80)
+        return {char32_t((lead & 0x1F) << 6 | (text[pos + 1] & 0x3F)), 2};
+    // Nothing beyond two bytes folds: skip the sequence whole.
+    std::size_t end = pos + 1;
+    while (end < text.size() && end < pos + length &&
+           (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+        ++end;
+    return {0xFFFD, end - pos};
+}
+
+std::string systemReason(int error) {
+    return std::generic_category().message(error);
+}
+
+std::string numbered(int number) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%03d", number);
+    return text;
+}
+
+std::string link(const std::string& stem, const char* extension, const char* text) {
+    return "<a href=\"" + htmlText(stem) + extension + "\">" + text + "</a>";
+}
+
+// The graph's section of the index: number and first title, the other title lines, and
+// the picture (the SVG with its tooltips, the PNG where SVG cannot be shown).
+std::string graphHtml(const GraphDocument& graph, const std::string& stem) {
+    const PictureSize size = pictureSize(graph);
+    std::string html = "<section class=\"graph\" id=\"graph-" + std::to_string(graph.number) + "\">\n";
+    html += "<h2><span class=\"number\">" + std::to_string(graph.number) + ".</span> ";
+    html += htmlText(graph.name()) + "</h2>\n";
+    if (graph.titles.size() > 1) {
+        std::string rest;
+        for (std::size_t k = 1; k < graph.titles.size(); ++k)
+            rest += (k > 1 ? "\n" : "") + graph.titles[k];
+        html += "<p class=\"subtitle\">" + htmlText(rest) + "</p>\n";
+    }
+    const std::string width = std::to_string(size.width), height = std::to_string(size.height);
+    html += "<figure><object data=\"" + htmlText(stem) + ".svg\" type=\"image/svg+xml\" width=\"" +
+            width + "\" height=\"" + height + "\"><img src=\"" + htmlText(stem) + ".png\" alt=\"" +
+            htmlText(graph.name()) + "\" width=\"" + width + "\" height=\"" + height +
+            "\"></object></figure>\n";
+    html += "</section>\n";
+    return html;
+}
+
+} // namespace
+
+std::string titleSlug(std::string_view title, std::string_view fallback) {
+    std::string slug;
+    bool pendingDash = false;
+    for (std::size_t pos = 0; pos < title.size() && slug.size() < MaxSlugLength;) {
+        const auto [code, length] = codePoint(title, pos);
+        pos += length;
+        std::string piece;
+        if ((code >= 'a' && code <= 'z') || (code >= '0' && code <= '9'))
+            piece = char(code);
+        else if (code >= 'A' && code <= 'Z')
+            piece = char(code - 'A' + 'a');
+        else if (const char* ascii = folded(code))
+            piece = ascii;
+        if (piece.empty()) {
+            pendingDash = !slug.empty();
+            continue;
+        }
+        if (pendingDash)
+            slug += '-';
+        pendingDash = false;
+        slug += piece;
+    }
+    if (slug.size() > MaxSlugLength)
+        slug.resize(MaxSlugLength);
+    while (!slug.empty() && slug.back() == '-')
+        slug.pop_back();
+    return slug.empty() ? std::string(fallback) : slug;
+}
+
+std::string documentStem(const TableDocument& table) {
+    return numbered(table.number) + "-" + titleSlug(table.title);
+}
+
+std::string documentStem(const GraphDocument& graph) {
+    return numbered(graph.number) + "-" + titleSlug(graph.name(), "graph");
+}
+
+OutputFolder::OutputFolder(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+
+void OutputFolder::setFolder(std::filesystem::path folder) {
+    m_folder = std::move(folder);
+    m_entries.clear();
+}
+
+std::vector<std::string> OutputFolder::shownFiles() const {
+    std::vector<std::string> files;
+    for (const Entry& entry : m_entries)
+        files.push_back(entry.shown);
+    return files;
+}
+
+std::vector<std::string> OutputFolder::stems() const {
+    std::vector<std::string> stems;
+    for (const Entry& entry : m_entries)
+        stems.push_back(entry.stem);
+    return stems;
+}
+
+void OutputFolder::writeFile(const std::string& name, std::string_view content) const {
+    const std::filesystem::path target = m_folder / name;
+    const std::filesystem::path temp =
+        m_folder / ("." + name + ".tmp" + std::to_string(::getpid()));
+    int error = 0;
+    if (std::FILE* file = std::fopen(temp.c_str(), "wb"); file == nullptr) {
+        error = errno;
+    } else {
+        if (std::fwrite(content.data(), 1, content.size(), file) != content.size())
+            error = errno != 0 ? errno : EIO;
+        if (std::fclose(file) != 0 && error == 0) // a full disk may only show here
+            error = errno != 0 ? errno : EIO;
+    }
+    if (error == 0) {
+        std::error_code renamed;
+        std::filesystem::rename(temp, target, renamed);
+        error = renamed.value();
+    }
+    if (error == 0)
+        return;
+    std::error_code ignored;
+    std::filesystem::remove(temp, ignored);
+    throw OutputError("cannot write " + name + " in the output folder '" + m_folder.string() +
+                      "': " + systemReason(error));
+}
+
+void OutputFolder::makeFolder() const {
+    std::error_code created;
+    std::filesystem::create_directories(m_folder, created);
+    if (created)
+        throw OutputError("cannot create the output folder '" + m_folder.string() +
+                          "': " + created.message());
+}
+
+void OutputFolder::addTable(const TableDocument& table) {
+    makeFolder();
+    const std::string stem = documentStem(table);
+    Entry entry{table.number, table.title, stem, tableHtml(table), tableAnchor(table),
+                link(stem, ".html", "page") + ", " + link(stem, ".json", "JSON"), stem + ".html"};
+    writeFile(entry.stem + ".json", tableJsonText(table));
+    writeFile(entry.stem + ".html", htmlPage(table.title, entry.fragment));
+    m_entries.push_back(std::move(entry));
+    writeFile(IndexName, indexHtml());
+}
+
+void OutputFolder::addGraph(const GraphDocument& graph) {
+    makeFolder();
+    const std::string stem = documentStem(graph);
+    // Both pictures are drawn before anything is written, so a failure leaves no file.
+    const std::string svg = graphSvg(graph);
+    const std::string png = graphPng(graph);
+    Entry entry{graph.number, graph.name(), stem, graphHtml(graph, stem),
+                "graph-" + std::to_string(graph.number),
+                link(stem, ".svg", "SVG") + ", " + link(stem, ".png", "PNG") + ", " +
+                    link(stem, ".json", "JSON"),
+                stem + ".svg"};
+    writeFile(stem + ".json", graphJsonText(graph));
+    writeFile(stem + ".svg", svg);
+    writeFile(stem + ".png", png);
+    m_entries.push_back(std::move(entry));
+    writeFile(IndexName, indexHtml());
+}
+
+std::string OutputFolder::indexHtml() const {
+    std::string body = "<h1>Drill-down output</h1>\n<nav>\n<ol>\n";
+    for (const Entry& entry : m_entries) {
+        body += "<li value=\"" + std::to_string(entry.number) + "\"><a href=\"#" + entry.anchor +
+                "\">" + htmlText(entry.title.empty() ? entry.stem : entry.title) + "</a>";
+        body += " (" + entry.links + ")</li>\n";
+    }
+    body += "</ol>\n</nav>\n<main>\n";
+    for (const Entry& entry : m_entries)
+        body += entry.fragment;
+    body += "</main>\n";
+    return htmlPage("Drill-down output", body);
+}
+
+} // namespace wb
