@@ -14,12 +14,11 @@
 #include <sstream>
 
 #include "drilldown/core/CDrillDown.h"
+#include "drilldown/core/ModuleEntry.h"
 #include "workbench/data/DataFileLoader.h"
-#include "workbench/dialogs/DialogTemplates.h"
-#include "workbench/dialogs/HeadlessDialogs.h"
-#include "workbench/headless/HeadlessHost.h"
-#include "workbench/services/KeywordStore.h"
-#include "workbench/session/DrillSession.h"
+#include "workbench/headless/HeadlessMessages.h"
+#include "workbench/headless/HeadlessProgress.h"
+#include "workbench/session/AnalysisSession.h"
 
 namespace {
 
@@ -57,59 +56,45 @@ wb::DataFile generate(int cases) {
     return file;
 }
 
-// One analysis on one generated file, with all 12 variables chosen for drilling.
+// One analysis on one generated file, with all 12 variables chosen for drilling on its
+// panel. The module linked in serves one session at a time, so one workload lives at a time
+// and the benchmarks run size by size.
 class Workload {
 public:
-    explicit Workload(int cases) : m_file(generate(cases)) {
-        m_host.messages().setEcho(nullptr);
-        m_host.setDataFile(&m_file);
-        m_host.setDialogs(&m_dialogs);
-        m_dialogs.setDataFile(&m_file);
-        activate();
-        m_analysis = std::make_unique<CDrillDown>();
-        m_analysis->Init();
-        m_panel = wb::createDialogFromTemplate(m_dialogs.model(), 4813);
-        std::vector<short> categorical, continuous;
-        for (short v = 1; v <= Categorical; ++v)
-            categorical.push_back(v);
-        for (short v = Categorical + 1; v <= Categorical + Continuous; ++v)
-            continuous.push_back(v);
-        m_dialogs.presetVariableChoice(categorical, continuous);
-        const int nv = m_file.variableCount();
-        m_analysis->SetDDNVariable(m_panel, 1, 0, nv, 0, nv, nv);
+    explicit Workload(int cases) {
+        m_session.open(generate(cases));
+        m_session.startAnalysis();
+        m_session.chooseVariables("1-" + std::to_string(Categorical) + " | " +
+                                  std::to_string(Categorical + 1) + "-" +
+                                  std::to_string(Categorical + Continuous));
     }
     void drillTwice() {
-        wb::DrillSession session(*m_analysis, m_panel);
-        session.drillDown(2, 0);
-        session.drillDown(Categorical + 1, 0);
+        m_session.drillDown(2, 0);
+        m_session.drillDown(Categorical + 1, 0);
     }
-    // Points the module at this workload's host; each workload has its own file.
-    void activate() {
-        ModuleContext()->Host = m_host.services();
-        m_host.setDataFile(&m_file);  // the module's blocks describe this file again
-    }
-    CDrillDown& analysis() { return *m_analysis; }
-    const wb::DataFile& file() const { return m_file; }
+    CDrillDown& analysis() { return m_session.analysis(); }
+    const wb::DataFile& file() const { return m_session.file(); }
 
 private:
-    wb::DataFile m_file;
-    wb::HeadlessHost m_host;
-    wb::KeywordStore m_keywords{std::filesystem::path(), nullptr};
-    wb::HeadlessDialogs m_dialogs{m_keywords};
-    std::unique_ptr<CDrillDown> m_analysis;
-    HWND m_panel = nullptr;
+    wb::HeadlessMessages m_messages{nullptr};
+    wb::HeadlessProgress m_progress{nullptr};
+    wb::AnalysisSession m_session{
+        wb::FrontEnd{m_messages, m_progress},
+        wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+                           .keywordFile = {}}};
 };
 
-std::map<int, std::unique_ptr<Workload>>& workloads() {
-    static std::map<int, std::unique_ptr<Workload>> loads;
-    return loads;
+std::unique_ptr<Workload>& currentWorkload() {
+    static std::unique_ptr<Workload> load;
+    return load;
 }
 
 Workload& workload(int cases) {
-    auto& load = workloads()[cases];
-    if (!load)
+    std::unique_ptr<Workload>& load = currentWorkload();
+    if (!load || load->file().caseCount() != cases) {
+        load.reset();
         load = std::make_unique<Workload>(cases);
-    load->activate();
+    }
     return *load;
 }
 
@@ -183,11 +168,22 @@ void LoadCsv(benchmark::State& state) {
 
 constexpr int Million = 1'000'000;
 
-BENCHMARK(FloorPass)->Arg(Million)->Arg(5 * Million)->Unit(benchmark::kMillisecond);
-BENCHMARK(ReadDDNV)->Arg(Million)->Arg(5 * Million)->Unit(benchmark::kMillisecond);
-BENCHMARK(ReadAfterDrill)->Arg(Million)->Arg(5 * Million)->Unit(benchmark::kMillisecond);
-BENCHMARK(ReadBeforeDrill)->Arg(Million)->Arg(5 * Million)->Unit(benchmark::kMillisecond);
-BENCHMARK(LoadCsv)->Arg(Million)->Unit(benchmark::kMillisecond)->Iterations(2);
+// Size by size, so that each workload is made once.
+void registerBenchmarks() {
+    for (const int cases : {Million, 5 * Million}) {
+        const std::pair<const char*, void (*)(benchmark::State&)> scans[] = {
+            {"FloorPass", FloorPass},
+            {"ReadDDNV", ReadDDNV},
+            {"ReadAfterDrill", ReadAfterDrill},
+            {"ReadBeforeDrill", ReadBeforeDrill}};
+        for (const auto& [name, scan] : scans)
+            benchmark::RegisterBenchmark(name, scan)->Arg(cases)->Unit(benchmark::kMillisecond);
+    }
+    benchmark::RegisterBenchmark("LoadCsv", LoadCsv)
+        ->Arg(Million)
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(2);
+}
 
 // Prints, after the usual table, each scan's time as a multiple of the floor pass.
 class RatioReporter : public benchmark::ConsoleReporter {
@@ -221,10 +217,11 @@ private:
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
+    registerBenchmarks();
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     // The analyses go while the module's context, which outlives main's statics no longer,
     // still stands.
-    workloads().clear();
+    currentWorkload().reset();
 }

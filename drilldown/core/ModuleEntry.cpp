@@ -7,6 +7,7 @@
 
 #include "../automation/TypeLibrary.h"
 #include "CDrillDown.h"
+#include "ModuleEntry.h"
 
 namespace {
 
@@ -39,14 +40,14 @@ __attribute__((visibility("default"))) CAnalysisContext* Vmk6AnalysisContext() {
     return ModuleContext();
 }
 
-// The type library of the automation object is registered with the host's registry once,
-// when the first analysis is made: the host fills in its services after the library is
-// loaded, so load time is too early.
+// The type library of the automation object is registered with the host's registry when an
+// analysis is made: the host fills in its services after the library is loaded, so load time
+// is too early, and a host may give new services to a module that stays loaded. A second
+// registration replaces the first.
 __attribute__((visibility("default"))) CAnalysisSupport* Vmk6NewAnalysis() {
-    static bool registered = false;
     CAnalysisContext* context = ModuleContext();
-    if (!registered && context != nullptr && context->Host.Automation != nullptr)
-        registered = SUCCEEDED(RegisterDrillDownTypeLib(*context->Host.Automation));
+    if (context != nullptr && context->Host.Automation != nullptr)
+        RegisterDrillDownTypeLib(*context->Host.Automation);
     return new (std::nothrow) CDrillDown(nullptr);
 }
 }

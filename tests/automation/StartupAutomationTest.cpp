@@ -29,15 +29,9 @@ constexpr int ListDrillUps = 9054;
 
 class StartupAutomation : public test::PanelFixture {
 protected:
-    StartupAutomation() {
-        host.setAutomation(&automation);
-        dialogs.setAutomation(&automation);
-        ModuleContext()->Host = host.services();
-        EXPECT_EQ(RegisterDrillDownTypeLib(automation), S_OK);
-    }
     ~StartupAutomation() override {
         // The panel goes with the analysis, before the runtime its strings came from.
-        analysis.reset();
+        session.closeAnalysis();
         EXPECT_EQ(automation.outstandingStrings(), 0u) << "a string of the object was not freed";
     }
 
@@ -103,7 +97,7 @@ protected:
         macro.call(startup, "DrillDown");
     }
 
-    wb::AutomationRuntime automation;
+    wb::AutomationRuntime& automation = session.automation();
     wb::Dispatcher macro{automation};
 };
 
@@ -426,7 +420,7 @@ TEST_F(StartupAutomation, AfterOKOrCancelEveryMemberButApplicationFails) {
     } cases[] = {{"OK", 1, 1, false}, {"Cancel", 0, 0, true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.member);
-        keywords.put(0, "StandAloneResults", 1 - c.standAlone);
+        session.keywords().put(0, "StandAloneResults", 1 - c.standAlone);
         openPanel(labelled());
         put("Variables", "REGION SEX | AGE");
         putNumber("StandAloneResults", c.standAlone);
@@ -435,9 +429,9 @@ TEST_F(StartupAutomation, AfterOKOrCancelEveryMemberButApplicationFails) {
         const COleVariant result = macro.call(startup, c.member);
         EXPECT_EQ(result.vt == VT_I4 ? result.lVal : 0, c.result);
         EXPECT_FALSE(dialogs.isOpen(window));
-        EXPECT_EQ(keywords.get(0, "StandAloneResults"), c.standAlone);
+        EXPECT_EQ(session.keywords().get(0, "StandAloneResults"), c.standAlone);
         if (c.analysisGone)
-            analysis.reset();
+            session.closeAnalysis();
 
         int members = 0;
         for (const InterfaceDescription& face : DrillDownTypeLib().Interfaces)

@@ -35,11 +35,11 @@ protected:
                              {"BORN", -9, {}, wb::DisplayFormat::Date},
                              {"SIZE", -9}},
                             {{1, 36525, 3}}));
-        HostServices services = host.services();
+        HostServices services = session.services();
         services.Text = &recorder;
         ModuleContext()->Host = services;
     }
-    ~CategoryNames() override { ModuleContext()->Host = host.services(); }
+    ~CategoryNames() override { ModuleContext()->Host = session.services(); }
 
     // The name SetCategoriesName gives to `value` of a categorical drill-down variable.
     std::string nameOf(short variable, double value) {
@@ -107,7 +107,7 @@ TEST_F(CategoryNames, MemoryFailureLeavesNamesAlone) {
     Drill record(3, 0, 0, "V");
     record.AddValue(42, 0, 1.0, "");
     analysis->GetDrillDowns()->insert(record);
-    host.memory().failAllocation(1);
+    session.memory().failAllocation(1);
     EXPECT_EQ(analysis->SetCategoriesName(3), 0);
     EXPECT_EQ(analysis->GetDrillDowns()->begin()->Categories.begin()->Name, "");
     EXPECT_TRUE(takeMessages().empty());

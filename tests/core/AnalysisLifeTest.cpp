@@ -60,16 +60,16 @@ TEST_F(AnalysisLife, InitAfterFileChangeKeepsOptions) {
 
 TEST_F(AnalysisLife, EachFailedAllocationOfInitReleasesEverything) {
     open(test::makeFile({{"A"}, {"B"}}, {{1, 2}}));
-    const std::size_t before = host.memory().outstandingBlocks();
+    const std::size_t before = session.memory().outstandingBlocks();
     for (int n = 1; n <= 7; ++n) {
         SCOPED_TRACE(n);
-        host.memory().failAllocation(n);
+        session.memory().failAllocation(n);
         EXPECT_EQ(analysis->Init(), 0);
         EXPECT_EQ(takeMessages(), std::vector<std::string>{MemoryMessage});
         EXPECT_EQ(analysis->GetCategorical(), nullptr);
         EXPECT_EQ(analysis->AllReviews, nullptr);
-        EXPECT_EQ(host.memory().outstandingBlocks(), before - 7);
-        host.memory().clearFailures();
+        EXPECT_EQ(session.memory().outstandingBlocks(), before - 7);
+        session.memory().clearFailures();
         ASSERT_EQ(analysis->Init(), 1);
     }
 }
@@ -97,10 +97,10 @@ TEST_F(AnalysisLife, ResetMembersStartsAgain) {
 TEST_F(AnalysisLife, PendingRescanWithoutVariablesIsClearedWithoutScan) {
     open(test::makeFile({{"A"}}, {{1}, {2}}));
     analysis->NeedsRescan = 1;
-    const int starts = host.progress().startCount();
+    const int starts = progress.startCount();
     analysis->RescanIfNeeded();
     EXPECT_EQ(analysis->NeedsRescan, 0);
-    EXPECT_EQ(host.progress().startCount(), starts);
+    EXPECT_EQ(progress.startCount(), starts);
 }
 
 TEST_F(AnalysisLife, AccessorsWithoutRecords) {

@@ -147,7 +147,7 @@ TEST_F(DrillOperations, ListsStayAsTheyWereWhenMemoryRunsOut) {
     setCounts(1, {1});
     drill(1, 0);
     for (int n : {1, 2}) {
-        host.memory().failAllocation(n);
+        session.memory().failAllocation(n);
         EXPECT_EQ(analysis->RefreshListBoxes(panel), 0);
         EXPECT_EQ(rows(9053), (std::vector<std::string>{"A", "B", "C", "D"}));
         EXPECT_TRUE(rows(9054).empty());

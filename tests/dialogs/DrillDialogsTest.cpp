@@ -45,7 +45,7 @@ protected:
     // Runs a dialog with `play` as its user; gives its answer.
     template <typename Dialog> int run(std::function<void(HWND)> play) {
         dialogs.setModalResponder([&](HWND dialog, int) { play(dialog); });
-        Dialog dialog(analysis.get());
+        Dialog dialog(analysis);
         COpDllResource resource(nullptr);
         return dialog.DoModal(resource);
     }
@@ -207,7 +207,7 @@ TEST_F(DrillDialogs, OrderBuiltByMovingVariables) {
 
 TEST_F(DrillDialogs, OrderDialogWithoutMemoryEndsAtOnce) {
     openFile(false);
-    host.memory().failAllocation(1);
+    session.memory().failAllocation(1);
     EXPECT_EQ(run<CDDNOrderDlg>([](HWND) { ADD_FAILURE() << "the dialog was left open"; }), 0);
     EXPECT_EQ(takeMessages(), Texts{ModuleString(10005)});
     EXPECT_EQ(downNames(), (Texts{"R", "W", "E", "X"}));
@@ -244,7 +244,7 @@ TEST_F(DrillDialogs, LimitsKeptOnlyWhenAccepted) {
     analysis->SetCurrentDown(2);
     Mutable(downRecord(2)).Isset = 1;
     // A host short of memory refuses the first OK without a message; the second goes through.
-    host.memory().failAllocation(1);
+    session.memory().failAllocation(1);
     EXPECT_EQ(run<CDDNLimitsDlg>([&](HWND dialog) {
                   dialogs.typeText(dialog, Edit, numbers(99, GetListSep()));
                   dialogs.click(dialog, 1);

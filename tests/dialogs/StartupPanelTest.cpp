@@ -243,7 +243,7 @@ TEST_F(StartupPanel, StandAloneChoiceIsReadAtStartAndStoredAtClose) {
     for (std::optional<int> stored : {std::optional<int>(), std::optional<int>(1),
                                       std::optional<int>(0)}) {
         if (stored)
-            keywords.put(0, "StandAloneResults", *stored);
+            session.keywords().put(0, "StandAloneResults", *stored);
         startPanel();
         EXPECT_EQ(analysis->StandAloneResults, stored.value_or(0));
         EXPECT_EQ(checked(9106), stored.value_or(0) == 1);
@@ -251,7 +251,7 @@ TEST_F(StartupPanel, StandAloneChoiceIsReadAtStartAndStoredAtClose) {
     press(9106);
     ASSERT_TRUE(dialogs.click(window, 2));
     EXPECT_FALSE(dialogs.isOpen(window));
-    EXPECT_EQ(keywords.get(0, "StandAloneResults"), 1);
+    EXPECT_EQ(session.keywords().get(0, "StandAloneResults"), 1);
 }
 
 TEST_F(StartupPanel, MessagesOutsideTheCommands) {
@@ -270,7 +270,7 @@ TEST_F(StartupPanel, MessagesOutsideTheCommands) {
 
 TEST_F(StartupPanel, ClosingTheAnalysisEndsItsWindow) {
     openPanel(survey());
-    analysis.reset();
+    session.closeAnalysis();
     EXPECT_FALSE(dialogs.isOpen(window));
 }
 

@@ -16,8 +16,7 @@ namespace {
 class ChartBuilder : public test::AnalysisFixture {
 protected:
     ChartBuilder() {
-        host.setOutput(&recorder);
-        ModuleContext()->Host = host.services();
+        outputDouble = &recorder;
     }
     void SetUp() override { open(test::makeFile({{"A"}}, {{1}})); }
 
@@ -232,10 +231,10 @@ TEST_F(ChartBuilder, MemoryRunningOutAtAnyBlock) {
     // Twelve blocks and one per series at construction, then the two of the X labels.
     for (int failing = 1; failing <= 16; ++failing) {
         SCOPED_TRACE(failing);
-        host.memory().failAllocation(failing);
+        session.memory().failAllocation(failing);
         CGeneralChart bars(*analysis, 2, 3);
         const bool labels = bars.AllocXLabels(4, 20) == 0;
-        host.memory().clearFailures();
+        session.memory().clearFailures();
         EXPECT_EQ(bars.Allocated(), failing > 14);
         EXPECT_EQ(labels, failing <= 14);
         bars.xMin = bars.yMin = 0;

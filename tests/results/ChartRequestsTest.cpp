@@ -12,7 +12,6 @@
 
 #include "results/ChartRecorder.h"
 #include "support/PanelFixture.h"
-#include "workbench/session/DrillSession.h"
 
 namespace {
 
@@ -24,11 +23,10 @@ const char* const Provence = "Provence-Alpes-Azur!"; // 20 characters
 template <typename Base> class WithRecorder : public Base {
 protected:
     WithRecorder() {
-        this->host.setOutput(&recorder);
-        ModuleContext()->Host = this->host.services();
+        this->outputDouble = &recorder;
     }
     std::string expand(std::string text) {
-        this->host.text().ExpandPossible8CharHash(text);
+        this->session.text().ExpandPossible8CharHash(text);
         return text;
     }
     test::ChartRecorder recorder;
@@ -61,8 +59,7 @@ protected:
     }
     // Weights in force; with weighted moments off they are rounded to whole numbers.
     void weighByW(bool weightedMoments) {
-        file.setWeightVariable(5);
-        host.setDataFile(&file);
+        session.changeFile([&](wb::DataFile& data) { data.setWeightVariable(5); });
         ModuleBlocks().Wght.WeightOn = 1;
         ModuleBlocks().Wght.WeightVar = 5;
         analysis->SetWM(weightedMoments ? 1 : 0);
@@ -180,7 +177,7 @@ TEST_F(ChartRequests, TitlesOfEachGraph) {
         {[this] { return analysis->RVStackedplots(0, panel); },
          "Tracé empilé des variables étudiées", none},
     };
-    wb::DrillSession(*analysis, panel).drillDown(2, 0); // B = 1: case 1
+    session.drillDown(2, 0); // B = 1: case 1
     const std::string drilled = expand(analysis->DrillString());
     ASSERT_TRUE(drilled.ends_with("\nB        = 1")) << drilled;
     for (const auto& c : cases) {
@@ -249,7 +246,7 @@ TEST_F(ChartRequests, BoxPlotStyles) {
         {{1, 1, 1, 1}, {52, 54, 53, 55}}, {{0, 1, 0, 0}, {54}},     {{0, 0, 1, 0}, {53}},
         {{0, 0, 1, 1}, {53, 55}},         {{1, 0, 0, 1}, {52, 55}}, {{0, 0, 0, 0}, {}},
     };
-    wb::DrillSession(*analysis, panel).drillDown(1, 1); // A = Provence
+    session.drillDown(1, 1); // A = Provence
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.styles));
         recorder.boxPlots.clear();
@@ -341,7 +338,6 @@ TEST_F(ChartRequests, FilterBoundariesByMethod) {
 // module's own test of it does, but none of a step into the missing data, which the scans
 // count into the subset.
 TEST_F(ChartRequests, FilterFollowsTheDrillSteps) {
-    wb::DrillSession session(*analysis, panel);
     const auto cases = fileCases(); // 1: left out
     EXPECT_EQ(boxFilter(cases), std::vector<int>(7, 0));
     session.drillDown(1, 0); // A = Nord
@@ -365,7 +361,7 @@ TEST_F(ChartRequests, FilterFollowsTheDrillSteps) {
 // A histogram per pair of the two chosen lists, the second list turning fastest; the filter
 // gives each kept case's values of the pair.
 TEST_F(ChartRequests, Histograms3DOfEachPair) {
-    wb::DrillSession(*analysis, panel).drillDown(1, 0); // A = Nord: cases 1 to 4
+    session.drillDown(1, 0); // A = Nord: cases 1 to 4
     recorder.cases = fileCases();
     dialogs.presetVariableChoice({1, 3}, {2, 3, 4});
     ASSERT_EQ(analysis->RV3DHistograms(0, panel), 1);
@@ -408,9 +404,9 @@ TEST_F(ChartRequests, MemoryRunningOutDrawsNoLaterVariable) {
                                           [this] { return analysis->RVPiecharts(0, panel); },
                                           [this] { return analysis->DDNStackedplots(0, panel); }};
     for (const auto& draw : draws) {
-        host.memory().failAllocationsFrom(1);
+        session.memory().failAllocationsFrom(1);
         EXPECT_EQ(draw(), 0);
-        host.memory().clearFailures();
+        session.memory().clearFailures();
         EXPECT_TRUE(recorder.charts.empty());
     }
 }

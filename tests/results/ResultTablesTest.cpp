@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "support/AnalysisFixture.h"
-#include "workbench/session/DrillSession.h"
 
 namespace {
 
@@ -53,7 +52,6 @@ TEST_F(ResultTables, DescriptiveStatistics) {
 }
 
 TEST_F(ResultTables, DescriptivesOfAVariableWithoutCasesShowDashes) {
-    wb::DrillSession session(*analysis, panel);
     session.drillDown(1, 0);  // A = Nord: cases 1 and 2
     session.drillDown(2, 1);  // the interval of X = 20: case 2, where Y is missing
     ASSERT_EQ(analysis->DDNDescriptive(panel), 1);
@@ -103,7 +101,6 @@ TEST_F(ResultTables, WithoutTheMissingRowPercentagesStopBelowAHundred) {
 TEST_F(ResultTables, SummaryListsTheStepsNewestFirst) {
     EXPECT_EQ(analysis->DDNSummary(panel), 1);
     EXPECT_TRUE(output.documents().empty());  // no step yet: nothing is shown
-    wb::DrillSession session(*analysis, panel);
     session.drillDown(1, 1);  // A = Sud
     session.drillDown(2, 0);  // X's first interval under A = Sud
     ASSERT_EQ(analysis->DDNSummary(panel), 1);
@@ -117,7 +114,6 @@ TEST_F(ResultTables, SummaryListsTheStepsNewestFirst) {
 }
 
 TEST_F(ResultTables, DrillStringLines) {
-    wb::DrillSession session(*analysis, panel);
     session.drillDown(1, 1);  // A = Sud: cases 3 and 5
     session.drillDown(2, 0);  // the first interval of X under it
     const std::string text = wb::TokenTable::shared().expand(analysis->DrillString());

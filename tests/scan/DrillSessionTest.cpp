@@ -9,7 +9,6 @@
 
 #include "support/AnalysisFixture.h"
 #include "support/ReferenceScan.h"
-#include "workbench/session/DrillSession.h"
 
 namespace {
 
@@ -121,7 +120,6 @@ protected:
 
     // Drills `variable` on the category of row `row` and notes the step.
     void drill(short variable, int row) {
-        wb::DrillSession session(*analysis, panel);
         const std::vector<std::string> rows = session.categoryRows(variable);
         const Drill& record = downRecord(variable);
         const bool missingRow = row == static_cast<int>(rows.size()) - 1 &&
@@ -156,7 +154,7 @@ protected:
     }
 
     void undo(int position) {
-        wb::DrillSession(*analysis, panel).drillUp(position);
+        session.drillUp(position);
         steps.erase(steps.begin() + position);
     }
 
@@ -180,7 +178,7 @@ TEST_F(DrillSessionTest, EveryStepAgreesWithTheReference) {
 
         drill(C3, 1);  // the second value of C3
         expectStateMatchesReference();
-        const std::vector<std::string> rows = wb::DrillSession(*analysis, panel).categoryRows(C5);
+        const std::vector<std::string> rows = session.categoryRows(C5);
         ASSERT_EQ(rows.back(), "Manquante(s)");
         drill(C5, static_cast<int>(rows.size()) - 1);
         expectStateMatchesReference();

@@ -6,7 +6,6 @@
 #include "workbench/data/DataFileLoader.h"
 #include "support/TempDir.h"
 #include "workbench/services/NewFileService.h"
-#include "workbench/session/DrillSession.h"
 
 namespace {
 
@@ -15,9 +14,6 @@ constexpr double M = -9;
 class SaveSubset : public test::AnalysisFixture {
 protected:
     void SetUp() override {
-        newFile = std::make_unique<wb::NewFileService>(host.data(), folder.path("out"));
-        host.setNewFile(newFile.get());
-        ModuleContext()->Host = host.services();
         // B: categorical; X continuous; W weight; case names. Case 4 has weight 0.
         wb::DataFile f = test::makeFile(
             {{"B", M, {{1, "oui"}, {2, "non"}}}, {"X", M}, {"W", M}}, {});
@@ -31,16 +27,15 @@ protected:
         ASSERT_EQ(chooseDrillVariables({1}, {2}), 1);
     }
     wb::DataFile savedFile() {
-        EXPECT_EQ(newFile->finishedFiles().size(), 1u);
-        return wb::loadDataFile(newFile->lastFinishedPath());
+        EXPECT_EQ(newFile.finishedFiles().size(), 1u);
+        return wb::loadDataFile(newFile.lastFinishedPath());
     }
 
-    wb::testing::TempDir folder;
-    std::unique_ptr<wb::NewFileService> newFile;
+    wb::NewFileService& newFile = session.newFile();
 };
 
 TEST_F(SaveSubset, WritesTheCasesOfTheSubsetWithTheirNames) {
-    wb::DrillSession(*analysis, panel).drillDown(1, 0);  // B = oui: cases 1, 3 and 4
+    session.drillDown(1, 0);  // B = oui: cases 1, 3 and 4
     ASSERT_EQ(analysis->DDNSaveData(panel), 1);
     const wb::DataFile saved = savedFile();
     ASSERT_EQ(saved.variableCount(), 2);
@@ -85,19 +80,19 @@ TEST_F(SaveSubset, FailuresLeaveNoFile) {
     for (const Case& c : {Case{"storage", true, 1, true}, Case{"break at the second case", false, 2, false}}) {
         SCOPED_TRACE(c.what);
         if (c.memory)
-            host.memory().failAllocation(c.at);
+            session.memory().failAllocation(c.at);
         else
-            host.progress().breakAtCall(c.at);
+            progress.breakAtCall(c.at);
         EXPECT_EQ(analysis->DDNSaveData(panel), 0);
         EXPECT_EQ(takeMessages().size(), c.message ? 1u : 0u);
-        EXPECT_TRUE(newFile->finishedFiles().empty());
-        EXPECT_EQ(newFile->openCount(), 0);
-        host.progress().breakAtCall(0);
+        EXPECT_TRUE(newFile.finishedFiles().empty());
+        EXPECT_EQ(newFile.openCount(), 0);
+        progress.breakAtCall(0);
     }
 }
 
 TEST_F(SaveSubset, DatasheetHoldsEveryVariableOfTheSubset) {
-    wb::DrillSession(*analysis, panel).drillDown(1, 1);  // B = non: cases 2 and 5
+    session.drillDown(1, 1);  // B = non: cases 2 and 5
     ASSERT_EQ(analysis->DDNDatasheet(panel), 1);
     const wb::TableDocument& t = output.documents().back().table();
     EXPECT_EQ(t.title, "Feuille de données après le drill down");

@@ -129,9 +129,9 @@ TEST_F(CasewiseSides, PendingRescanIsServedBeforeCounting) {
 TEST_F(CasewiseSides, FailuresOfTheSelectionScans) {
     ASSERT_EQ(chooseDrillVariables({1}, {2}), 1);
     const Drill before = downRecord(1);
-    const std::size_t blocks = host.memory().outstandingBlocks();
+    const std::size_t blocks = session.memory().outstandingBlocks();
 
-    host.progress().breakAtCall(3);
+    progress.breakAtCall(3);
     EXPECT_EQ(analysis->ReadAfterDrill(0), 0);
     EXPECT_TRUE(downRecord(1).Categories.empty());   // erased at the start
     EXPECT_EQ(downRecord(1).N, before.N);            // moments keep their old values
@@ -139,17 +139,17 @@ TEST_F(CasewiseSides, FailuresOfTheSelectionScans) {
     EXPECT_TRUE(takeMessages().empty());
 
     ASSERT_EQ(analysis->ReadAfterDrill(0), 1);
-    host.memory().failAllocation(1);
+    session.memory().failAllocation(1);
     EXPECT_EQ(analysis->ReadBeforeDrill(0), 0);
     EXPECT_EQ(takeMessages().size(), 1u);
     EXPECT_EQ(downRecord(1).Isset, 0);
     for (const Categories& c : downRecord(1).Categories)
         EXPECT_EQ(c.Count, 0);
 
-    host.memory().failAllocation(1);
+    session.memory().failAllocation(1);
     EXPECT_EQ(analysis->ReadAfterDrill(0), 0);
     EXPECT_EQ(takeMessages().size(), 1u);
-    EXPECT_EQ(host.memory().outstandingBlocks(), blocks);
+    EXPECT_EQ(session.memory().outstandingBlocks(), blocks);
 }
 
 } // namespace

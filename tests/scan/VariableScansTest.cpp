@@ -128,9 +128,9 @@ TEST_F(VariableScans, BrokenOffOrOutOfMemory) {
         openSmall(false);
         // The dialog's list and name buffer come before the scan's allocations.
         if (c.memory)
-            host.memory().failAllocation(2 + c.at);
+            session.memory().failAllocation(2 + c.at);
         else
-            host.progress().breakAtCall(c.at);
+            progress.breakAtCall(c.at);
         ASSERT_EQ(chooseDrillVariables({1}, {2}), 1);
         if (c.memory) {
             EXPECT_EQ(takeMessages().size(), 1u);
@@ -142,9 +142,9 @@ TEST_F(VariableScans, BrokenOffOrOutOfMemory) {
             EXPECT_EQ(analysis->GetDrillDownsSize(), 0);  // a cancelled first scan drops them
             EXPECT_EQ(analysis->GetValidVar(), c.at - 1);
         }
-        EXPECT_FALSE(host.progress().isOpen());
-        host.memory().clearFailures();
-        host.progress().breakAtCall(0);
+        EXPECT_FALSE(progress.isOpen());
+        session.memory().clearFailures();
+        progress.breakAtCall(0);
     }
 }
 
@@ -162,7 +162,7 @@ TEST_F(VariableScans, ReviewScanReadsTheSubsetAndKeepsRecordsWhenBrokenOff) {
     EXPECT_EQ(reviewRecord(2).N, 2);
     EXPECT_DOUBLE_EQ(reviewRecord(2).Mean, 22.5);
     EXPECT_EQ(analysis->GetValidVar(), validVar);  // the review scan leaves it alone
-    host.progress().breakAtCall(2);
+    progress.breakAtCall(2);
     EXPECT_EQ(analysis->ReadRVV(0), 0);
     EXPECT_EQ(analysis->GetDrillReviewsSize(), 1);
 }

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "workbench/dialogs/DialogTemplates.h"
+#include "drilldown/core/ModuleEntry.h"
+#include "drilldown/host/framework/CAnalysisSupport.h"
 
 namespace test {
 
@@ -22,28 +23,25 @@ wb::DataFile makeFile(const std::vector<VariableInfo>& variables,
     return file;
 }
 
-AnalysisFixture::AnalysisFixture() : keywords(std::filesystem::path(), nullptr) {
-    host.messages().setEcho(nullptr);
-    host.setDialogs(&dialogs);
-    host.setOutput(&output);
-    ModuleContext()->Host = host.services();
-    panel = wb::createDialogFromTemplate(dialogs.model(), 4813);
+wb::SessionOptions linkedModule(std::filesystem::path outputFolder) {
+    return wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+                              .outputFolder = std::move(outputFolder),
+                              .keywordFile = {}};
 }
 
+AnalysisFixture::AnalysisFixture() = default;
+
 AnalysisFixture::~AnalysisFixture() {
-    analysis.reset();
-    EXPECT_EQ(host.memory().outstandingBlocks(), 0u) << "the module left host memory behind";
-    ModuleContext()->Host = HostServices{};
+    session.closeAnalysis();
+    EXPECT_EQ(session.memory().outstandingBlocks(), 0u) << "the module left host memory behind";
 }
 
 void AnalysisFixture::open(wb::DataFile newFile) {
-    analysis.reset();
-    file = std::move(newFile);
-    host.setDataFile(&file);
-    dialogs.setDataFile(&file);
-    analysis = std::make_unique<CDrillDown>();
-    ASSERT_EQ(analysis->Init(), 1);
-    output.setFileBlock(host.data().fileBlock());
+    session.open(std::move(newFile));
+    analysis = &session.startAnalysis();
+    panel = session.panel();
+    if (outputDouble != nullptr)
+        ModuleContext()->Host.Output = outputDouble;
 }
 
 int AnalysisFixture::chooseDrillVariables(std::vector<short> categorical,
@@ -60,8 +58,8 @@ int AnalysisFixture::chooseReviewVariables(std::vector<short> categorical,
 }
 
 std::vector<std::string> AnalysisFixture::takeMessages() {
-    std::vector<std::string> taken = host.messages().messages();
-    host.messages().clear();
+    std::vector<std::string> taken = messages.messages();
+    messages.clear();
     return taken;
 }
 

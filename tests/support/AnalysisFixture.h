@@ -1,18 +1,20 @@
 #pragma once
-// A drill-down analysis on a data file, served by the headless host, for tests of the module.
+// A drill-down analysis on a data file, made by the analysis session as every front end
+// makes one, with the module linked in so that tests reach its internals.
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "drilldown/core/CDrillDown.h"
+#include "support/TempDir.h"
 #include "workbench/data/DataFile.h"
-#include "workbench/dialogs/HeadlessDialogs.h"
-#include "workbench/headless/HeadlessHost.h"
-#include "workbench/services/OutputService.h"
-#include "workbench/services/KeywordStore.h"
+#include "workbench/headless/HeadlessMessages.h"
+#include "workbench/headless/HeadlessProgress.h"
+#include "workbench/session/AnalysisSession.h"
 
 namespace test {
 
@@ -28,12 +30,17 @@ struct VariableInfo {
 wb::DataFile makeFile(const std::vector<VariableInfo>& variables,
                       const std::vector<std::vector<double>>& cases);
 
+// Session options for tests: the module linked into the test program, keywords in memory,
+// saved files into `outputFolder`.
+wb::SessionOptions linkedModule(std::filesystem::path outputFolder);
+
 class AnalysisFixture : public ::testing::Test {
 protected:
     AnalysisFixture();
     ~AnalysisFixture() override;
 
-    // Makes `file` the open file and starts a fresh analysis on it (step 100 of its start).
+    // Makes `file` the open file and starts a fresh analysis on it (steps 100 and 101: its
+    // panel is open).
     void open(wb::DataFile file);
     // Chooses the variables as the variable dialog would and gives SetDDNVariable's result.
     int chooseDrillVariables(std::vector<short> categorical, std::vector<short> continuous);
@@ -46,13 +53,19 @@ protected:
     const Drill& upRecord(short variable) const;
     const Drill& reviewRecord(short variable) const;
 
-    wb::HeadlessHost host;
-    wb::KeywordStore keywords;
-    wb::HeadlessDialogs dialogs{keywords};
-    wb::OutputService output;  // the tables the module made, in order
-    wb::DataFile file;
-    std::unique_ptr<CDrillDown> analysis;
+    wb::testing::TempDir outputFolder; // where saved subsets go
+    wb::HeadlessMessages messages{nullptr};
+    wb::HeadlessProgress progress{nullptr};
+    wb::AnalysisSession session{wb::FrontEnd{messages, progress},
+                                linkedModule(outputFolder.path("out"))};
+    wb::HeadlessDialogs& dialogs = session.dialogs();
+    wb::OutputService& output = session.output(); // the documents the module made, in order
+    const wb::DataFile& file = session.file();
+    CDrillDown* analysis = nullptr;
     HWND panel = nullptr;
+    // When set, analyses opened from now on send their tables and charts here instead of to
+    // the session's output service (a recorder of the module's requests).
+    HostOutput* outputDouble = nullptr;
 };
 
 } // namespace test

@@ -59,8 +59,7 @@ protected:
     }
     // A case weight in force, as the host's weight dialog leaves it.
     void weighBy(int variable) {
-        file.setWeightVariable(variable);
-        host.setDataFile(&file);
+        session.changeFile([variable](wb::DataFile& data) { data.setWeightVariable(variable); });
         ModuleBlocks().Wght.WeightOn = variable != 0 ? 1 : 0;
         ModuleBlocks().Wght.WeightVar = static_cast<uint16_t>(variable);
     }

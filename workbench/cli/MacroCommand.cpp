@@ -66,30 +66,31 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
     if (!input)
         throw DataError(options.macro + ": cannot be read");
     HeadlessRun run(options.setup);
+    AnalysisSession& session = run.session();
     try {
         const std::vector<MacroStatement> statements =
-            parseMacro(input, options.macro, run.automation());
-        Dispatcher dispatcher(run.automation());
-        IDispatch* panel = run.panelObject();
+            parseMacro(input, options.macro, session.automation());
+        Dispatcher dispatcher(session.automation());
+        IDispatch* panel = session.panelObject();
         // The macro holds the panel like any automation client, past the end of its window.
         panel->AddRef();
         struct Hold {
             IDispatch* object;
             ~Hold() { object->Release(); }
         } hold{panel};
-        std::size_t modalsSeen = run.dialogs().modalDialogsOpened().size();
+        std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
         MacroRunner::Hooks hooks{[&] { return stateToJson(run.analysis()).dump(2); },
-                                 [&] { return statementProblem(run.dialogs(), modalsSeen); }};
+                                 [&] { return statementProblem(session.dialogs(), modalsSeen); }};
         MacroRunner(dispatcher, panel, options.macro, hooks, out).run(statements);
         // A macro ends as the user's OK does: the panel closes and its settings are kept.
-        if (run.dialogs().isOpen(run.panel()))
+        if (session.dialogs().isOpen(session.panel()))
             dispatcher.call(panel, "OK");
     } catch (const MacroError& error) {
         std::cerr << error.what() << '\n';
         return ExitDataError;
     }
-    if (!run.output().documents().empty()) {
-        out << "\nWrote " << documentCount(run.output().documents()) << " to "
+    if (!session.output().documents().empty()) {
+        out << "\nWrote " << documentCount(session.output().documents()) << " to "
             << run.folder().folder().string() << "/index.html:\n";
         for (const std::string& file : run.folder().shownFiles())
             out << "  " << file << '\n';

@@ -10,7 +10,6 @@
 #include "drilldown/resources/ControlIds.h"
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
-#include "workbench/session/DrillSession.h"
 #include "workbench/session/StateJson.h"
 #include "workbench/data/VariableList.h"
 
@@ -86,40 +85,38 @@ int categoryRow(const std::string& category, const std::vector<std::string>& row
                     (offered.empty() ? std::string("none") : offered));
 }
 
-void applyDrill(const std::string& step, const DataFile& file, DrillSession& session) {
+void applyDrill(const std::string& step, AnalysisSession& session) {
     const auto equals = step.find('=');
     if (equals == std::string::npos)
         throw UsageError("--drill takes VARIABLE=CATEGORY, not \"" + step + "\"");
-    const short variable = parseVariable(step.substr(0, equals), file);
-    std::vector<std::string> rows;
+    const short variable = parseVariable(step.substr(0, equals), session.file());
     try {
-        rows = session.categoryRows(variable);
+        const std::vector<std::string> rows = session.categoryRows(variable);
+        session.drillDown(variable, categoryRow(step.substr(equals + 1), rows, step));
     } catch (const DrillError& error) {
         throw DataError("--drill " + step + ": " + error.what());
     }
-    session.drillDown(variable, categoryRow(step.substr(equals + 1), rows, step));
 }
 
 // The analysis of a dump or report with the command line's variables chosen and its
-// steps taken.
+// steps taken, each through the panel as a macro takes it.
 class DrilledRun : public HeadlessRun {
 public:
     explicit DrilledRun(const DumpOptions& options)
         : HeadlessRun(RunSetup{options.file, options.out, options.weight, options.selection}) {
-        const VariableChoice down = parseVariableList(options.down, file());
+        // The lists are read here first, so that a wrong one is named as the user wrote it.
+        const VariableChoice down = parseVariableList(options.down, session().file());
         if (down.categorical.empty() && down.continuous.empty())
             throw DataError("--down: no drill-down variable chosen");
-        const int nv = file().variableCount();
-        dialogs().presetVariableChoice(down.categorical, down.continuous);
-        analysis().SetDDNVariable(panel(), 1, 0, nv, 0, nv, nv);
-        if (options.review) {
-            const VariableChoice review = parseVariableList(*options.review, file());
-            dialogs().presetVariableChoice(review.categorical, review.continuous);
-            analysis().SetRVVariable(panel(), 1, 0, nv);
+        if (options.review)
+            parseVariableList(*options.review, session().file());
+        try {
+            session().chooseVariables(options.down, options.review.value_or(""));
+        } catch (const DrillError& error) {
+            throw DataError(error.what());
         }
-        DrillSession session(analysis(), panel());
         for (const std::string& step : options.drills)
-            applyDrill(step, file(), session);
+            applyDrill(step, session());
     }
 };
 
@@ -148,17 +145,19 @@ int runReport(const Arguments& arguments) {
         const bool review = command == ButtonReviewDescriptives || command == ButtonReviewFrequencies;
         if (review && analysis.GetDrillReviewsSize() == 0)
             continue;
-        run.output().setCurrentCommand(command);
-        (analysis.*result)(run.panel());
-        if (!run.output().lastError().empty())
-            throw DataError(run.output().lastError());
+        OutputService& output = run.session().output();
+        output.setCurrentCommand(command);
+        (analysis.*result)(run.session().panel());
+        if (!output.lastError().empty())
+            throw DataError(output.lastError());
     }
-    std::cout << "Wrote " << documentCount(run.output().documents()) << " to "
+    AnalysisSession& session = run.session();
+    std::cout << "Wrote " << documentCount(session.output().documents()) << " to "
               << run.folder().folder().string() << "/index.html\n";
-    if (!run.newFile().finishedFiles().empty())
-        std::cout << "Saved the subset as " << run.newFile().lastFinishedPath() << '\n';
-    else if (!run.newFile().lastError().empty())
-        std::cerr << run.newFile().lastError() << '\n';
+    if (!session.newFile().finishedFiles().empty())
+        std::cout << "Saved the subset as " << session.newFile().lastFinishedPath() << '\n';
+    else if (!session.newFile().lastError().empty())
+        std::cerr << session.newFile().lastError() << '\n';
     return ExitSuccess;
 }
 

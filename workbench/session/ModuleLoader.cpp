@@ -40,30 +40,52 @@ void* ModuleLoader::symbol(const char* name) const {
     return address;
 }
 
-void ModuleLoader::load(const std::string& path) {
-    unload();
+void ModuleLoader::checkServices(const std::string& name) const {
     if (m_services.Memory == nullptr || m_services.Messages == nullptr ||
         m_services.Progress == nullptr || m_services.Data == nullptr || m_services.Text == nullptr)
-        throw ModuleError("cannot load module " + path + ": the host's services are incomplete");
+        throw ModuleError("cannot load module " + name + ": the host's services are incomplete");
+}
+
+void ModuleLoader::load(const std::string& path) {
+    unload();
+    checkServices(path);
     m_library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (m_library == nullptr)
         throw ModuleError("cannot load module " + path + ": " + dlerrorText());
     m_path = path;
     try {
-        const auto context = reinterpret_cast<ContextFunction>(symbol("Vmk6AnalysisContext"));
-        m_newAnalysis = reinterpret_cast<FactoryFunction>(symbol("Vmk6NewAnalysis"));
-        m_context = context();
-        if (m_context == nullptr)
-            throw ModuleError("module " + path + " has no analysis context");
+        ModuleEntryPoints entryPoints;
+        entryPoints.context =
+            reinterpret_cast<decltype(entryPoints.context)>(symbol("Vmk6AnalysisContext"));
+        entryPoints.newAnalysis =
+            reinterpret_cast<decltype(entryPoints.newAnalysis)>(symbol("Vmk6NewAnalysis"));
+        attachEntryPoints(entryPoints);
     } catch (...) {
         unload();
         throw;
     }
+}
+
+void ModuleLoader::attach(ModuleEntryPoints entryPoints, const std::string& name) {
+    unload();
+    checkServices(name);
+    m_path = name;
+    attachEntryPoints(entryPoints);
+}
+
+void ModuleLoader::attachEntryPoints(ModuleEntryPoints entryPoints) {
+    m_context = entryPoints.context();
+    if (m_context == nullptr) {
+        const std::string name = m_path;
+        unload();
+        throw ModuleError("module " + name + " has no analysis context");
+    }
+    m_newAnalysis = entryPoints.newAnalysis;
     m_context->Host = m_services;
 }
 
 CAnalysisSupport& ModuleLoader::openAnalysis() {
-    if (m_library == nullptr)
+    if (!isLoaded())
         throw ModuleError("no module loaded");
     CAnalysisSupport* analysis = m_newAnalysis();
     if (analysis == nullptr)

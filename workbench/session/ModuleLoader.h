@@ -5,6 +5,8 @@
 //   1. load(path): dlopen the library (RTLD_NOW | RTLD_LOCAL), look up its exports
 //      Vmk6AnalysisContext and Vmk6NewAnalysis, and install the host's services into the
 //      module's context. Throws ModuleError, naming the path, when any of this fails.
+//      attach(entryPoints, name) does the same for a module linked into the program (the
+//      tests and the benchmark, which also reach the module's internals).
 //   2. openAnalysis(): Vmk6NewAnalysis() makes an analysis; its sequence table runs from
 //      step 100 (binding the host's blocks, then starting the analysis). Throws ModuleError
 //      when the module gives no analysis or the sequence gives 0; nothing stays open then.
@@ -31,6 +33,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The module's two exports (drilldown/core/ModuleEntry.h).
+struct ModuleEntryPoints {
+    CAnalysisContext* (*context)() = nullptr;
+    CAnalysisSupport* (*newAnalysis)() = nullptr;
+};
+
 class ModuleLoader {
 public:
     // Every service but Dialogs must be set (a module run without its panel needs none);
@@ -44,9 +52,11 @@ public:
     // for dlopen's own search, when the executable's path cannot be read.
     static std::string defaultModulePath();
 
-    // A second load unloads the first module.
+    // A second load or attach unloads the first module.
     void load(const std::string& path);
-    bool isLoaded() const { return m_library != nullptr; }
+    // `name` stands for the module in messages.
+    void attach(ModuleEntryPoints entryPoints, const std::string& name);
+    bool isLoaded() const { return m_context != nullptr; }
     const std::string& path() const { return m_path; }
 
     CAnalysisSupport& openAnalysis();
@@ -56,17 +66,16 @@ public:
     void unload();
 
 private:
-    using ContextFunction = CAnalysisContext* (*)();
-    using FactoryFunction = CAnalysisSupport* (*)();
-
     void* symbol(const char* name) const;
+    void checkServices(const std::string& name) const;
+    void attachEntryPoints(ModuleEntryPoints entryPoints);
     static void destroy(CAnalysisSupport* analysis);
 
     HostServices m_services;
     std::string m_path;
     void* m_library = nullptr;
     CAnalysisContext* m_context = nullptr;
-    FactoryFunction m_newAnalysis = nullptr;
+    CAnalysisSupport* (*m_newAnalysis)() = nullptr;
     std::vector<CAnalysisSupport*> m_analyses;
 };
 

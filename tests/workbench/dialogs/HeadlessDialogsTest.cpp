@@ -1,5 +1,5 @@
 // The headless dialog service: controls through handles, numbers in edit controls, the
-// variable dialog's preset answers, and keywords.
+// variable dialog's preset answers, and session.keywords().
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -56,9 +56,6 @@ using Modal = RecordingDialog<CAnalysisModalDialog>;
 class HeadlessWindowsTest : public test::AnalysisFixture {
 protected:
     HeadlessWindowsTest() {
-        host.setAutomation(&automation);
-        dialogs.setAutomation(&automation);
-        ModuleContext()->Host = host.services();
         open(test::makeFile({{"A"}, {"B"}}, {{1, 2}}));
     }
 
@@ -68,11 +65,11 @@ protected:
         return owner.GetSafeHwnd();
     }
 
-    wb::AutomationRuntime automation;
+    wb::AutomationRuntime& automation = session.automation();
 };
 
 TEST_F(HeadlessWindowsTest, ModelessDialogGetsInitAndEndsAfterTheMessage) {
-    Modeless owner(analysis.get(), 4813);
+    Modeless owner(analysis, 4813);
     const HWND window = openPanel(owner);
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(owner.messages, std::vector<Message>{{WM_INITDIALOG}});
@@ -97,10 +94,11 @@ TEST_F(HeadlessWindowsTest, ModelessDialogGetsInitAndEndsAfterTheMessage) {
     EXPECT_EQ(owner.destroyed, 1);
     EXPECT_EQ(closes, 1);
     EXPECT_THROW(owner.ThrowIfClosed(), CException);
+    dialogs.setCloseHandler(nullptr); // the analysis's own panel closes after the test
 }
 
 TEST_F(HeadlessWindowsTest, PostedCommandsFollowTheMessageBeingHandled) {
-    Modeless owner(analysis.get(), 4813);
+    Modeless owner(analysis, 4813);
     const HWND window = openPanel(owner);
     owner.onCommand = [&](HWND dialog, int id) {
         if (id == 9056)
@@ -125,7 +123,7 @@ TEST_F(HeadlessWindowsTest, ModalDialogsEndAsTheirResponderLeavesThem) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        Modal dialog(analysis.get(), 4818);
+        Modal dialog(analysis, 4818);
         dialog.onCommand = [&](HWND, int id) {
             if (id == IDOK)
                 dialog.ExitDialog(1, 0, 0);
@@ -147,7 +145,7 @@ TEST_F(HeadlessWindowsTest, ModalDialogsEndAsTheirResponderLeavesThem) {
 }
 
 TEST_F(HeadlessWindowsTest, UserActionsSendWhatAWindowSystemSends) {
-    Modeless owner(analysis.get(), 4813);
+    Modeless owner(analysis, 4813);
     const HWND window = openPanel(owner);
     dialogs.InitStaticListBox(dialogs.GetDlgItem(window, 9053), std::vector<const char*>{"A", "B", nullptr}.data());
 
@@ -175,7 +173,7 @@ TEST_F(HeadlessWindowsTest, UserActionsSendWhatAWindowSystemSends) {
 }
 
 TEST_F(HeadlessWindowsTest, ListViewRowsNotifyTheirItem) {
-    Modal dialog(analysis.get(), 4818);
+    Modal dialog(analysis, 4818);
     dialogs.setModalResponder([&](HWND d, int) {
         const HWND list = dialogs.GetDlgItem(d, 9102);
         dialogs.InsertListColumn(list, 0, "Category", 120, 0);
@@ -216,7 +214,7 @@ TEST_F(HeadlessWindowsTest, ListBoxRowsMoveWithTheirSelection) {
 }
 
 TEST_F(HeadlessWindowsTest, ControlValuesForAutomation) {
-    Modeless owner(analysis.get(), 4813);
+    Modeless owner(analysis, 4813);
     const HWND window = openPanel(owner);
     dialogs.SetIntEditRange(dialogs.GetDlgItem(window, 9070), 2, 999);
     dialogs.SetDlgItemInt(window, 9070, 10, 0);
@@ -262,7 +260,7 @@ TEST_F(HeadlessWindowsTest, ControlValuesForAutomation) {
 // A button that opens the variable dialog takes the lists as text and reads as the lists it
 // last answered with.
 TEST_F(HeadlessWindowsTest, VariableButtonsTakeListsAsText) {
-    Modeless owner(analysis.get(), 4813);
+    Modeless owner(analysis, 4813);
     openPanel(owner);
     const int nv = file.variableCount();
     owner.onCommand = [&](HWND dialog, int id) {

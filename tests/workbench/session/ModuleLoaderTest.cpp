@@ -1,16 +1,14 @@
-// Loading the built plug-in through the headless host.
+// The analysis session on the built plug-in, and the loader's failures.
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "drilldown/automation/TypeLibrary.h"
 #include "drilldown/dialogs/StartupPanel.h"
-#include "workbench/automation/AutomationRuntime.h"
 #include "workbench/data/DataFile.h"
-#include "workbench/dialogs/HeadlessDialogs.h"
-#include "workbench/headless/HeadlessHost.h"
-#include "workbench/services/KeywordStore.h"
-#include "workbench/session/ModuleLoader.h"
+#include "workbench/headless/HeadlessMessages.h"
+#include "workbench/headless/HeadlessProgress.h"
+#include "workbench/session/AnalysisSession.h"
 
 namespace {
 
@@ -24,41 +22,36 @@ wb::DataFile smallFile() {
     return file;
 }
 
-TEST(ModuleLoader, LoadsTheModuleAndStartsAnAnalysis) {
-    const wb::DataFile file = smallFile();
-    wb::HeadlessHost host;
-    wb::AutomationRuntime automation;
-    wb::KeywordStore keywords{std::filesystem::path(), nullptr};
-    wb::HeadlessDialogs dialogs(keywords, &file);
-    host.messages().setEcho(nullptr);
-    host.setDataFile(&file);
-    host.setAutomation(&automation);
-    host.setDialogs(&dialogs);
-    {
-        wb::ModuleLoader loader(host.services());
-        loader.load(DD_MODULE_PATH);
-        ASSERT_TRUE(loader.isLoaded());
-        CAnalysisSupport& analysis = loader.openAnalysis();
-        // The module registered the type library of its automation object.
-        wb::RegisteredLibrary library;
-        ASSERT_TRUE(automation.registeredLibrary(LIBID_QRXDrillDown, &library));
-        EXPECT_EQ(library.name, "QRXDrillDown");
-        EXPECT_EQ(library.interfaces.size(), 2u);
-        EXPECT_EQ(analysis.GetAnalysisID(), 4811);
-        EXPECT_EQ(analysis.GetAnalysisName(), "Analyse Drill-Down ");
-        EXPECT_EQ(loader.analysisCount(), 1u);
-        // The start opened the analysis's panel, which closing the analysis closes.
-        auto* panel = static_cast<CDDNStartupDlg*>(analysis.GetDialogAutomationInterface());
-        ASSERT_NE(panel, nullptr);
-        const HWND window = panel->GetSafeHwnd();
-        EXPECT_TRUE(dialogs.isOpen(window));
-        loader.closeAnalysis(analysis);
-        EXPECT_FALSE(dialogs.isOpen(window));
-        EXPECT_EQ(loader.analysisCount(), 0u);
-        // A second analysis is left for the loader's destructor to close.
-        loader.openAnalysis();
-    }
-    EXPECT_EQ(host.memory().outstandingBlocks(), 0u);
+// A session on the built plug-in, with its keywords in memory.
+class PluginSession : public ::testing::Test {
+protected:
+    wb::HeadlessMessages messages{nullptr};
+    wb::HeadlessProgress progress{nullptr};
+    wb::AnalysisSession session{wb::FrontEnd{messages, progress},
+                                wb::SessionOptions{.module = DD_MODULE_PATH, .keywordFile = {}}};
+};
+
+TEST_F(PluginSession, LoadsTheModuleAndStartsAnAnalysis) {
+    session.open(smallFile());
+    CDrillDown& analysis = session.startAnalysis();
+    // The module registered the type library of its automation object.
+    wb::RegisteredLibrary library;
+    ASSERT_TRUE(session.automation().registeredLibrary(LIBID_QRXDrillDown, &library));
+    EXPECT_EQ(library.name, "QRXDrillDown");
+    EXPECT_EQ(library.interfaces.size(), 2u);
+    EXPECT_EQ(analysis.GetAnalysisID(), 4811);
+    EXPECT_EQ(analysis.GetAnalysisName(), "Analyse Drill-Down ");
+    // The start opened the analysis's panel, which closing the analysis closes.
+    const HWND window = session.panel();
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(session.dialogs().isOpen(window));
+    session.closeAnalysis();
+    EXPECT_FALSE(session.dialogs().isOpen(window));
+    EXPECT_EQ(session.memory().outstandingBlocks(), 0u);
+    // A second analysis on a new file is left for the session's end to close.
+    session.open(smallFile());
+    session.startAnalysis();
+    EXPECT_TRUE(session.dialogs().isOpen(session.panel()));
 }
 
 struct FailureRow {
@@ -67,15 +60,14 @@ struct FailureRow {
     const char* comment;
 };
 
-TEST(ModuleLoader, FailuresNameThePathAndTheCause) {
-    wb::HeadlessHost host;
+TEST_F(PluginSession, FailuresNameThePathAndTheCause) {
     const FailureRow rows[] = {
         {"/nonexistent/libdrilldown.so", "/nonexistent/libdrilldown.so", "no such file"},
         {"libm.so.6", "has no Vmk6AnalysisContext", "a library that is no module"},
     };
     for (const FailureRow& row : rows) {
         SCOPED_TRACE(row.comment);
-        wb::ModuleLoader loader(host.services());
+        wb::ModuleLoader loader(session.services());
         try {
             loader.load(row.path);
             ADD_FAILURE() << "loaded";
@@ -89,9 +81,8 @@ TEST(ModuleLoader, FailuresNameThePathAndTheCause) {
     }
 }
 
-TEST(ModuleLoader, RefusesIncompleteServices) {
-    wb::HeadlessHost host;
-    HostServices services = host.services();
+TEST_F(PluginSession, RefusesIncompleteServices) {
+    HostServices services = session.services();
     services.Text = nullptr;
     wb::ModuleLoader loader(services);
     EXPECT_THROW(loader.load(DD_MODULE_PATH), wb::ModuleError);
