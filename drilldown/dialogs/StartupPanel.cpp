@@ -176,11 +176,11 @@ long CDDNStartupDlg::Command(HWND dialog, int id) {
     case IDCANCEL:
         Close();
         return 1;
-    case ButtonDrillVariables:
-        LockResults();
+    case ButtonDrillVariables: {
+        const CResultsLock lock(*this);
         SelectDrillVariables(dialog);
-        UnlockResults();
         return 0;
+    }
     case ListDrillDowns:
         // The page's choices belong to the variable being left.
         ApplyCategorisation(dialog);
@@ -209,12 +209,12 @@ long CDDNStartupDlg::Command(HWND dialog, int id) {
         drill.NeedsRescan = 1;
         UpdateControls(dialog, 0);
         return 0;
-    case ButtonSelection:
-        LockResults();
+    case ButtonSelection: {
+        const CResultsLock lock(*this);
         DefineSelCond(1, dialog);
         drill.NeedsRescan = 1;
-        UnlockResults();
         return 0;
+    }
     case ButtonWeights:
         ChangeWeights(dialog);
         return 0;
@@ -271,11 +271,11 @@ long CDDNStartupDlg::PageCommand(HWND dialog, int id) {
     case ButtonSaveData:
         drill.DDNSaveData(dialog);
         break;
-    case ButtonReviewVariables:
-        LockResults();
+    case ButtonReviewVariables: {
+        const CResultsLock lock(*this);
         SelectReviewVariables(dialog);
-        UnlockResults();
         break;
+    }
     case ButtonReviewFrequencies:
         drill.RVFrequency(dialog);
         break;
@@ -336,10 +336,11 @@ long CDDNStartupDlg::DrillDownCommand(HWND dialog) {
     // The button is disabled without a variable; a command sent by code finds nothing to drill.
     if (drill.GetCurrentDrillDown() < 0)
         return 0;
-    LockResults();
+    CResultsLock lock(*this);
     if (IsChecked(dialog, RadioUserLimits) && drill.GetCurrentNU() == 0) {
         // User-defined categories without limits: the limits dialog comes first, through the
         // posted command, whose handler also ends this lock. The user then drills again.
+        lock.handOver();
         m_limitsPending = true;
         Controls().PostCommand(dialog, ButtonLimits);
         return 1;
@@ -356,19 +357,15 @@ long CDDNStartupDlg::DrillDownCommand(HWND dialog) {
         EarlyRecordState(GroupDrillOperations);
         // The macro's category must be a row that the category dialog would offer.
         const int row = drill.GetSelected();
-        if (row < 0 || row >= drill.CategoryRows().Count()) {
-            UnlockResults();
+        if (row < 0 || row >= drill.CategoryRows().Count())
             return 0;
-        }
     } else {
         CDDNCategoryDlg categories(m_pDrill);
         COpDllResource resource(ModuleInstance());
         const int answer = categories.DoModal(resource);
         EarlyRecordState(GroupDrillOperations);
-        if (answer != 1) {
-            UnlockResults();
+        if (answer != 1)
             return 0;
-        }
     }
     FinishRecordingDialog(RecordingStep, RecordingKind, ButtonDrillDown);
     drill.MoveToDrillUps();
@@ -380,7 +377,6 @@ long CDDNStartupDlg::DrillDownCommand(HWND dialog) {
     SyncCurrentDrillUp(dialog, 0);
     drill.SetAllIsset(0);
     UpdateControls(dialog, 0);
-    UnlockResults();
     return 0;
 }
 
@@ -389,7 +385,7 @@ long CDDNStartupDlg::DrillUpCommand(HWND dialog) {
     const auto row = static_cast<short>(SelectedRow(dialog, ListDrillUps));
     if (row < 0)
         return 0;
-    LockResults();
+    const CResultsLock lock(*this);
     // Any step can be taken back, not only the last.
     drill.SetCurrentUpItem(row);
     FinishRecordingDialog(RecordingStep, RecordingKind, ButtonDrillUp);
@@ -401,7 +397,6 @@ long CDDNStartupDlg::DrillUpCommand(HWND dialog) {
     SyncCurrentDrillDown(dialog, 0);
     SyncCurrentDrillUp(dialog, 0);
     UpdateControls(dialog, 0);
-    UnlockResults();
     return 0;
 }
 
@@ -422,7 +417,7 @@ void CDDNStartupDlg::OpenOtherFile(HWND dialog) {
         return;
     }
     RestoreResults();
-    LockResults();
+    const CResultsLock lock(*this);
     // A new file is a fresh start: no variables, no steps, the options back to their defaults.
     m_pDrill->ResetMembers();
     WriteCaptionLists(dialog);
@@ -433,38 +428,33 @@ void CDDNStartupDlg::OpenOtherFile(HWND dialog) {
     SyncCurrentDrillDown(dialog, 0);
     UpdateControls(dialog, 0);
     Check(dialog, CheckStandAlone, m_pDrill->StandAloneResults != 0);
-    UnlockResults();
 }
 
 void CDDNStartupDlg::ChangeWeights(HWND dialog) {
     const Wght_com& weight = ModuleBlocks().Wght;
     const auto weightOn = weight.WeightOn;
     const auto weightVar = weight.WeightVar;
-    LockResults();
+    const CResultsLock lock(*this);
     DefineWeight(1, dialog);
     if (weight.WeightOn != weightOn || weight.WeightVar != weightVar)
         m_pDrill->NeedsRescan = 1;
     UpdateControls(dialog, 0);
-    UnlockResults();
 }
 
 void CDDNStartupDlg::RunOrderDialog(HWND dialog) {
-    LockResults();
-    {
-        CDDNOrderDlg order(m_pDrill);
-        COpDllResource resource(ModuleInstance());
-        if (order.DoModal(resource) == 1) {
-            m_pDrill->RefreshListBoxes(dialog);
-            SyncCurrentDrillDown(dialog, 0);
-            UpdateControls(dialog, 0);
-        }
+    const CResultsLock lock(*this);
+    CDDNOrderDlg order(m_pDrill);
+    COpDllResource resource(ModuleInstance());
+    if (order.DoModal(resource) == 1) {
+        m_pDrill->RefreshListBoxes(dialog);
+        SyncCurrentDrillDown(dialog, 0);
+        UpdateControls(dialog, 0);
     }
-    UnlockResults();
 }
 
 void CDDNStartupDlg::RunLimitsDialog(HWND dialog) {
-    LockResults();
     if (SelectedRow(dialog, ListDrillDowns) >= 0) {
+        const CResultsLock lock(*this);
         CDDNLimitsDlg limits(m_pDrill);
         COpDllResource resource(ModuleInstance());
         if (limits.DoModal(resource) == 1)
@@ -472,7 +462,6 @@ void CDDNStartupDlg::RunLimitsDialog(HWND dialog) {
         else
             UpdateControls(dialog, 0);
     }
-    UnlockResults();
     // A drill-down that asked for the limits left its lock to this command.
     if (std::exchange(m_limitsPending, false))
         UnlockResults();

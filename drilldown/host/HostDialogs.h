@@ -63,7 +63,8 @@ public:
     virtual void WriteVarListToCaption(HWND dialog, int id, int count, const short* vars) = 0;
     // Lets the user pick two lists of variables (1-based numbers) among `choices` (null: all
     // variables). min/max bound each list's length, `total` both together. Gives 0 when the
-    // user cancelled, non-zero otherwise; the lists and counts are written only then.
+    // user cancelled, non-zero otherwise; the lists and counts are written only then. May
+    // throw when the host cannot run the dialog (HostServices.h); nothing is written then.
     virtual int DoubleVarListDialog(HWND parent, unsigned short mode, const char* title,
                                     const short* choices, int min1, int max1, int min2,
                                     int max2, int total, short* first, short* firstCount,

@@ -15,6 +15,16 @@
 // Re-entrancy: every call comes on the user-interface thread. A service must not call
 // back into the analysis that called it, with one exception: cstrtw may be called
 // while a scan is running, and nothing else is.
+// Exceptions: a service reports failure through its result (0, an error code, a cancelled
+// dialog) and throws nothing into the module, with these exceptions:
+//   - the calls that run a dialog (HostDialogs::DoubleVarListDialog, RunModalDialog,
+//     DefineSelCond, DefineWeight, OpenVmkFile) and the delivery of the messages they cause
+//     may throw std::exception when the host cannot run the dialog at all (a headless host
+//     asked for a choice that its caller queued wrong). The module's frames are safe
+//     around them: a results lock is held by a scope (CResultsLock) and host memory by
+//     HostArray, so the exception leaves the module with every lock released, and reaches
+//     the host's caller; the automation object turns it into E_FAIL.
+// No other service may throw; a host that can fail elsewhere catches at its own boundary.
 
 #include <string>
 

@@ -217,6 +217,20 @@ TEST_F(StartupPanel, VariableDialogsAskAgainForAnEmptyChoice) {
     EXPECT_EQ(text(9113), "SPEND");
 }
 
+// A host that cannot run the variable dialog throws through the panel's command: the results
+// lock is released on the way out and the panel goes on taking commands.
+TEST_F(StartupPanel, AVariableDialogThatThrowsLeavesNoLockBehind) {
+    openPanel(survey());
+    for (const int button : {9050, 9080}) { // drill-down and review variables
+        SCOPED_TRACE(button);
+        dialogs.presetVariableChoice({99}, {}); // no such variable: the test's own error
+        EXPECT_THROW(dialogs.click(window, button), std::invalid_argument);
+        EXPECT_EQ(dialogs.resultsLockDepth(window), 0);
+    }
+    choose({1, 2}, {3});
+    EXPECT_EQ(analysis->GetDrillDownsSize(), 3);
+}
+
 TEST_F(StartupPanel, WeightsAndFileDialogs) {
     openPanel(survey());
     choose({1}, {3});

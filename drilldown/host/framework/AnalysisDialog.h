@@ -207,6 +207,26 @@ public:
     HRESULT put_ResultsVariables(const VARIANT& lists);
 };
 
+// The results lock of a modeless dialog for one scope: every way out of the scope unlocks,
+// an exception from a host service included. handOver() leaves the lock held for a later
+// command to end (a drill-down that first asks for limits).
+class CResultsLock {
+public:
+    explicit CResultsLock(CAnalysisModelessDialog& dialog) : m_dialog(&dialog) {
+        dialog.LockResults();
+    }
+    ~CResultsLock() {
+        if (m_dialog != nullptr)
+            m_dialog->UnlockResults();
+    }
+    CResultsLock(const CResultsLock&) = delete;
+    CResultsLock& operator=(const CResultsLock&) = delete;
+    void handOver() { m_dialog = nullptr; }
+
+private:
+    CAnalysisModelessDialog* m_dialog;
+};
+
 class CAnalysisModalDialog : public CAnalysisDialog {
 public:
     using CAnalysisDialog::CAnalysisDialog;
