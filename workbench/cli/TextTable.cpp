@@ -3,22 +3,17 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "workbench/text/Utf8.h"
+
 namespace wb::cli {
 
 namespace {
-
-// Characters of UTF-8 text: every byte but the continuation bytes.
-std::size_t displayWidth(const std::string& text) {
-    return std::size_t(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
-}
 
 void printRow(std::ostream& out, const std::vector<TextTable::Column>& columns,
               const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) {
     std::string line;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        const std::string padding(widths[i] - displayWidth(cells[i]), ' ');
+        const std::string padding(widths[i] - utf8CharacterCount(cells[i]), ' ');
         if (i > 0)
             line += "  ";
         if (columns[i].align == TextTable::Align::Right)
@@ -46,11 +41,11 @@ void TextTable::print(std::ostream& out) const {
     std::vector<std::size_t> widths;
     for (const Column& column : m_columns) {
         titles.push_back(column.title);
-        widths.push_back(displayWidth(column.title));
+        widths.push_back(utf8CharacterCount(column.title));
     }
     for (const auto& row : m_rows)
         for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], displayWidth(row[i]));
+            widths[i] = std::max(widths[i], utf8CharacterCount(row[i]));
     const bool titled = std::any_of(titles.begin(), titles.end(),
                                     [](const std::string& title) { return !title.empty(); });
     if (titled)

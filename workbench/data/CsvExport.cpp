@@ -15,6 +15,7 @@
 #include <nlohmann/json.hpp>
 
 #include "workbench/data/TextPosition.h"
+#include "workbench/text/Utf8.h"
 
 namespace wb {
 
@@ -85,15 +86,6 @@ nlohmann::ordered_json jsonNumber(double value) {
         !(value == 0 && std::signbit(value)))
         return static_cast<std::int64_t>(value);
     return value;
-}
-
-bool isUtf8(const std::string& text) {
-    try {
-        (void)nlohmann::json(text).dump();
-        return true;
-    } catch (const nlohmann::json::type_error&) {
-        return false;
-    }
 }
 
 // A file written under a temporary name beside its target and renamed over it on commit;
@@ -213,7 +205,7 @@ private:
     }
 
     std::string checkedText(const std::string& text, const std::string& what) const {
-        if (!isUtf8(text))
+        if (!isValidUtf8(text))
             refuse(what + " is not valid UTF-8");
         return text;
     }

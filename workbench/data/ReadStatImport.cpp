@@ -23,6 +23,7 @@
 
 #include "workbench/data/MissingCode.h"
 #include "workbench/data/TextPosition.h"
+#include "workbench/text/Utf8.h"
 
 namespace wb {
 
@@ -227,12 +228,7 @@ std::string_view withoutTrailingBlanks(std::string_view text) {
 
 // `text` cut to at most `bytes` bytes, not inside a UTF-8 character.
 std::string cutAtCharacter(std::string_view text, std::size_t bytes) {
-    if (text.size() <= bytes)
-        return std::string(text);
-    std::size_t end = bytes;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
-        --end;
-    return std::string(text.substr(0, end));
+    return std::string(text.substr(0, utf8PrefixLength(text, bytes)));
 }
 
 struct ValueLabel {

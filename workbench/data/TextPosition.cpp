@@ -2,18 +2,19 @@
 
 #include <algorithm>
 
+#include "workbench/text/Utf8.h"
+
 namespace wb {
 
 TextPosition positionOf(std::string_view text, std::size_t offset) {
     offset = std::min(offset, text.size());
     TextPosition position;
     for (std::size_t i = 0; i < offset; ++i) {
-        const auto c = static_cast<unsigned char>(text[i]);
+        const char c = text[i];
         if (c == '\n') {
             ++position.line;
             position.column = 1;
-        } else if ((c & 0xC0) != 0x80) {
-            // A UTF-8 continuation byte belongs to the character before it.
+        } else if (!isContinuationByte(c)) {
             ++position.column;
         }
     }

@@ -11,6 +11,7 @@
 #include <QSvgGenerator>
 
 #include "workbench/render/GraphPainter.h"
+#include "workbench/text/Markup.h"
 
 namespace wb {
 
@@ -44,29 +45,6 @@ void ensureApplication() {
         throw RenderError("cannot start the offscreen renderer");
 }
 
-std::string xmlText(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            out += "&amp;";
-            break;
-        case '<':
-            out += "&lt;";
-            break;
-        case '>':
-            out += "&gt;";
-            break;
-        case '"':
-            out += "&quot;";
-            break;
-        default:
-            out += c;
-        }
-    }
-    return out;
-}
-
 std::string coordinate(double value) {
     char text[32];
     std::snprintf(text, sizeof text, "%.1f", value);
@@ -83,7 +61,7 @@ std::string hotspotLayer(const std::vector<Hotspot>& hotspots) {
                 layer += ' ';
             layer += coordinate(hotspot.outline[k].x()) + "," + coordinate(hotspot.outline[k].y());
         }
-        layer += "\"><title>" + xmlText(hotspot.text) + "</title></polygon>\n";
+        layer += "\"><title>" + escapeMarkup(hotspot.text) + "</title></polygon>\n";
     }
     return layer + "</g>\n";
 }
@@ -122,11 +100,11 @@ std::string graphSvg(const GraphDocument& graph) {
         generator.setViewBox(QRect(0, 0, size.width, size.height));
         generator.setResolution(72); // one point is one pixel: font sizes stay as given
         // The generator writes both as they are: they must be XML already.
-        generator.setTitle(QString::fromStdString(xmlText(graph.name())));
+        generator.setTitle(QString::fromStdString(escapeMarkup(graph.name())));
         std::string rest;
         for (std::size_t k = 1; k < graph.titles.size(); ++k)
             rest += (k > 1 ? "\n" : "") + graph.titles[k];
-        generator.setDescription(QString::fromStdString(xmlText(rest)));
+        generator.setDescription(QString::fromStdString(escapeMarkup(rest)));
         QPainter painter;
         if (!painter.begin(&generator))
             throw RenderError("cannot draw the graph '" + graph.name() + "' as SVG");

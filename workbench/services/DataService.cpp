@@ -10,6 +10,7 @@
 
 #include "drilldown/host/RealNumbers.h"
 #include "workbench/text/NumberText.h"
+#include "workbench/text/Utf8.h"
 
 namespace wb {
 

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "workbench/text/Utf8.h"
+
 namespace wb {
 
 namespace {
@@ -128,16 +130,6 @@ std::string TokenTable::replaceAllLocked(std::string_view text, bool grow, int d
 std::size_t TokenTable::size() const {
     const std::lock_guard lock(m_mutex);
     return m_strings.size();
-}
-
-std::size_t utf8PrefixLength(std::string_view text, std::size_t maxBytes) {
-    if (text.size() <= maxBytes)
-        return text.size();
-    std::size_t length = maxBytes;
-    // A continuation byte (10xxxxxx) at the cut means the cut falls inside a character.
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
-        --length;
-    return length;
 }
 
 } // namespace wb

@@ -62,8 +62,5 @@ private:
     std::vector<const std::string*> m_strings;
 };
 
-// The length of the longest prefix of `text` of at most `maxBytes` bytes that does not end
-// inside a UTF-8 character.
-std::size_t utf8PrefixLength(std::string_view text, std::size_t maxBytes);
 
 } // namespace wb

@@ -1,0 +1,91 @@
+#include "workbench/text/Utf8.h"
+
+#include <algorithm>
+
+namespace wb {
+
+namespace {
+
+constexpr const char* Replacement = "\xEF\xBF\xBD"; // U+FFFD
+
+// Bytes of the valid character that starts at text[pos]; 0 when none starts there, -1 when
+// one starts but runs past the end of the text.
+int characterLength(std::string_view text, std::size_t pos) {
+    const auto lead = static_cast<unsigned char>(text[pos]);
+    if (lead < 0x80)
+        return 1;
+    int length = 0;
+    unsigned char low = 0x80, high = 0xBF; // range of the second byte
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        if (lead == 0xE0)
+            low = 0xA0; // no overlong forms
+        if (lead == 0xED)
+            high = 0x9F; // no surrogates
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        if (lead == 0xF0)
+            low = 0x90;
+        if (lead == 0xF4)
+            high = 0x8F; // nothing above U+10FFFF
+    } else {
+        return 0;
+    }
+    for (int k = 1; k < length; ++k) {
+        if (pos + k >= text.size())
+            return -1;
+        const auto byte = static_cast<unsigned char>(text[pos + k]);
+        if (k == 1 ? (byte < low || byte > high) : !isContinuationByte(text[pos + k]))
+            return 0;
+    }
+    return length;
+}
+
+} // namespace
+
+std::size_t utf8PrefixLength(std::string_view text, std::size_t maxBytes) {
+    if (text.size() <= maxBytes)
+        return text.size();
+    std::size_t length = maxBytes;
+    // A continuation byte at the cut means the cut falls inside a character.
+    while (length > 0 && isContinuationByte(text[length]))
+        --length;
+    return length;
+}
+
+std::size_t utf8CharacterCount(std::string_view text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return !isContinuationByte(c); }));
+}
+
+bool isValidUtf8(std::string_view text) {
+    for (std::size_t pos = 0; pos < text.size();) {
+        const int length = characterLength(text, pos);
+        if (length <= 0)
+            return false;
+        pos += static_cast<std::size_t>(length);
+    }
+    return true;
+}
+
+std::string toValidUtf8(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t pos = 0; pos < text.size();) {
+        const int length = characterLength(text, pos);
+        if (length < 0)
+            break;
+        if (length == 0) {
+            out += Replacement;
+            ++pos;
+            continue;
+        }
+        out.append(text, pos, static_cast<std::size_t>(length));
+        pos += static_cast<std::size_t>(length);
+    }
+    return out;
+}
+
+} // namespace wb
