@@ -1,16 +1,22 @@
 # One function per kind of target, so that every library, program and test suite of the tree
 # is declared the same way.
 
-# dd_library(NAME DIRS dir... [LINK item...] [QT])
+# The .cpp files of the listed folders of the repository, into `out`.
+function(dd_sources out)
+  set(sources)
+  foreach(dir IN LISTS ARGN)
+    file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dir}/*.cpp)
+    list(APPEND sources ${found})
+  endforeach()
+  set(${out} ${sources} PARENT_SCOPE)
+endfunction()
+
+# dd_library(NAME DIRS dir... [LINK item...])
 # A static library of every .cpp in the listed folders of the workbench; it sees the
 # repository root, so its headers are included as "workbench/room/File.h".
 function(dd_library name)
   cmake_parse_arguments(ARG "" "" "DIRS;LINK" ${ARGN})
-  set(sources)
-  foreach(dir IN LISTS ARG_DIRS)
-    file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dir}/*.cpp)
-    list(APPEND sources ${found})
-  endforeach()
+  dd_sources(sources ${ARG_DIRS})
   add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} ${ARG_LINK})
@@ -19,11 +25,7 @@ endfunction()
 # dd_program(NAME OUTPUT output-name DIRS dir... LINK item...)
 function(dd_program name)
   cmake_parse_arguments(ARG "" "OUTPUT" "DIRS;LINK" ${ARGN})
-  set(sources)
-  foreach(dir IN LISTS ARG_DIRS)
-    file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dir}/*.cpp)
-    list(APPEND sources ${found})
-  endforeach()
+  dd_sources(sources ${ARG_DIRS})
   add_executable(${name} ${sources})
   set_target_properties(${name} PROPERTIES OUTPUT_NAME ${ARG_OUTPUT})
   target_link_libraries(${name} PRIVATE ${ARG_LINK})
