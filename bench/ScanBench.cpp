@@ -16,8 +16,7 @@
 #include "drilldown/core/CDrillDown.h"
 #include "drilldown/core/ModuleEntry.h"
 #include "workbench/data/DataFileLoader.h"
-#include "workbench/headless/HeadlessMessages.h"
-#include "workbench/headless/HeadlessProgress.h"
+#include "workbench/headless/HeadlessFrontEnd.h"
 #include "workbench/session/AnalysisSession.h"
 
 namespace {
@@ -76,10 +75,9 @@ public:
     const wb::DataFile& file() const { return m_session.file(); }
 
 private:
-    wb::HeadlessMessages m_messages{nullptr};
-    wb::HeadlessProgress m_progress{nullptr};
+    wb::HeadlessFrontEnd m_frontEnd{nullptr, nullptr};
     wb::AnalysisSession m_session{
-        wb::FrontEnd{m_messages, m_progress},
+        m_frontEnd.bundle(),
         wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
                            .keywordFile = {}}};
 };

@@ -171,7 +171,7 @@ TEST_F(DrillOperations, ChoosingVariablesAgainStartsOver) {
     ASSERT_EQ(chooseReviewVariables({}, {4}), 1);
     setCounts(1, {1});
     drill(1, 0);
-    dialogs.presetVariableCancel();
+    headless.presetVariableCancel();
     EXPECT_EQ(analysis->SetDDNVariable(panel, 1, 0, 4, 0, 4, 4), 0);
     EXPECT_EQ(analysis->GetDrillUpsSize(), 1);  // a cancelled choice changes nothing
     EXPECT_EQ(analysis->GetDrillReviewsSize(), 1);

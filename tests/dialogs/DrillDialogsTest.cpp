@@ -44,7 +44,7 @@ protected:
     }
     // Runs a dialog with `play` as its user; gives its answer.
     template <typename Dialog> int run(std::function<void(HWND)> play) {
-        dialogs.setModalResponder([&](HWND dialog, int) { play(dialog); });
+        headless.setModalResponder([&](HWND dialog, int) { play(dialog); });
         Dialog dialog(analysis);
         COpDllResource resource(nullptr);
         return dialog.DoModal(resource);

@@ -121,19 +121,19 @@ TEST_F(StartupPanel, DrillSession) {
     EXPECT_EQ(analysis->GetCurrentDown(), 2);
     EXPECT_EQ(analysis->GetCurrentUp(), 1);
     EXPECT_EQ(analysis->GetSelected(), -1);
-    EXPECT_EQ(dialogs.recordingCalls().back(), (wb::HeadlessDialogs::RecordingCall{1, 9056}));
+    EXPECT_EQ(dialogs.recordingCalls().back(), (wb::DialogHost::RecordingCall{1, 9056}));
     const std::size_t tables = output.documents().size();
     press(9058);
     EXPECT_EQ(output.documents().size(), tables + 1);
 
     // The order dialog puts INCOME first.
-    dialogs.setModalResponder([this](HWND dialog, int) {
+    headless.setModalResponder([this](HWND dialog, int) {
         dialogs.chooseRow(dialog, 9089, 2);
         dialogs.click(dialog, 9091);
         dialogs.click(dialog, 1);
     });
     press(9055);
-    dialogs.setModalResponder(nullptr);
+    headless.setModalResponder(nullptr);
     EXPECT_EQ(rows(9053), (std::vector<std::string>{"INCOME", "SEX", "AGE"}));
     EXPECT_EQ(variables(analysis->GetDrillDowns()), (std::vector<short>{4, 2, 3}));
 
@@ -184,7 +184,7 @@ TEST_F(StartupPanel, UserCategoriesWithoutLimitsAskForThemInstead) {
         choose({}, {3});
         press(9069);
         const std::size_t opened = dialogs.modalDialogsOpened().size();
-        dialogs.setModalResponder([&](HWND dialog, int id) {
+        headless.setModalResponder([&](HWND dialog, int id) {
             if (id == 4820 && c.accept) {
                 dialogs.typeText(dialog, 9093, "30 50");
                 dialogs.click(dialog, 1);
@@ -200,15 +200,15 @@ TEST_F(StartupPanel, UserCategoriesWithoutLimitsAskForThemInstead) {
         EXPECT_TRUE(checked(c.radio));
         press(9056);  // the drill is not resumed: the user presses again
         EXPECT_EQ(dialogs.modalDialogsOpened().back(), 4818);
-        dialogs.setModalResponder(nullptr);
+        headless.setModalResponder(nullptr);
     }
 }
 
 TEST_F(StartupPanel, VariableDialogsAskAgainForAnEmptyChoice) {
     openPanel(survey());
     for (int button : {9050, 9080}) {
-        dialogs.presetVariableChoice({}, {});
-        dialogs.presetVariableChoice({2}, {5});
+        headless.presetVariableChoice({}, {});
+        headless.presetVariableChoice({2}, {5});
         press(button);
         EXPECT_EQ(takeMessages(),
                   std::vector<std::string>{ModuleString(button == 9050 ? 10060 : 10059)});
@@ -223,7 +223,7 @@ TEST_F(StartupPanel, AVariableDialogThatThrowsLeavesNoLockBehind) {
     openPanel(survey());
     for (const int button : {9050, 9080}) { // drill-down and review variables
         SCOPED_TRACE(button);
-        dialogs.presetVariableChoice({99}, {}); // no such variable: the test's own error
+        headless.presetVariableChoice({99}, {}); // no such variable: the test's own error
         EXPECT_THROW(dialogs.click(window, button), std::invalid_argument);
         EXPECT_EQ(dialogs.resultsLockDepth(window), 0);
     }
@@ -235,16 +235,16 @@ TEST_F(StartupPanel, WeightsAndFileDialogs) {
     openPanel(survey());
     choose({1}, {3});
     analysis->NeedsRescan = 0;
-    dialogs.setWeightDialog([] { return 1; });  // the weight stays as it was
+    headless.setWeightDialog([] { return 1; });  // the weight stays as it was
     press(202);
     EXPECT_EQ(analysis->NeedsRescan, 0);
-    dialogs.setWeightDialog([this] { weighBy(6); return 1; });
+    headless.setWeightDialog([this] { weighBy(6); return 1; });
     press(202);
     EXPECT_EQ(analysis->NeedsRescan, 1);
     EXPECT_TRUE(enabled(204));
 
     press(9106);
-    dialogs.setOpenFileDialog([] { return 1; });
+    headless.setOpenFileDialog([] { return 1; });
     press(203);  // a fresh start on the file
     EXPECT_EQ(analysis->GetDrillDownsSize(), 0);
     EXPECT_TRUE(rows(9053).empty());

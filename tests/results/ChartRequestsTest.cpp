@@ -363,7 +363,7 @@ TEST_F(ChartRequests, FilterFollowsTheDrillSteps) {
 TEST_F(ChartRequests, Histograms3DOfEachPair) {
     session.drillDown(1, 0); // A = Nord: cases 1 to 4
     recorder.cases = fileCases();
-    dialogs.presetVariableChoice({1, 3}, {2, 3, 4});
+    headless.presetVariableChoice({1, 3}, {2, 3, 4});
     ASSERT_EQ(analysis->RV3DHistograms(0, panel), 1);
     // Each list takes 1 to 4 of the review variables.
     const wb::VariableDialogCall& call = dialogs.variableDialogCalls().back();
@@ -392,7 +392,7 @@ TEST_F(ChartRequests, Histograms3DOfEachPair) {
 
     // A cancelled choice draws nothing and leaves the lists as they were.
     recorder.histograms3D.clear();
-    dialogs.presetVariableCancel();
+    headless.presetVariableCancel();
     EXPECT_EQ(analysis->RV3DHistograms(0, panel), 0);
     EXPECT_TRUE(recorder.histograms3D.empty());
     EXPECT_EQ(std::tuple(analysis->NoHist3DFirst, analysis->NoHist3DSecond), std::tuple(2, 3));
@@ -433,7 +433,7 @@ TEST_F(ChartButtons, EachButtonAsksForItsGraph) {
         SCOPED_TRACE(c.id);
         recorder = test::ChartRecorder();
         if (c.id == 9123)
-            dialogs.presetVariableChoice({4}, {5});
+            headless.presetVariableChoice({4}, {5});
         if (c.hidden)
             dialogs.send(window, 273, c.id, 0);
         else

@@ -46,14 +46,14 @@ void AnalysisFixture::open(wb::DataFile newFile) {
 
 int AnalysisFixture::chooseDrillVariables(std::vector<short> categorical,
                                           std::vector<short> continuous) {
-    dialogs.presetVariableChoice(std::move(categorical), std::move(continuous));
+    headless.presetVariableChoice(std::move(categorical), std::move(continuous));
     const int nv = file.variableCount();
     return analysis->SetDDNVariable(panel, 1, 0, nv, 0, nv, nv);
 }
 
 int AnalysisFixture::chooseReviewVariables(std::vector<short> categorical,
                                            std::vector<short> continuous) {
-    dialogs.presetVariableChoice(std::move(categorical), std::move(continuous));
+    headless.presetVariableChoice(std::move(categorical), std::move(continuous));
     return analysis->SetRVVariable(panel, 1, 0, file.variableCount());
 }
 

@@ -12,8 +12,7 @@
 #include "drilldown/core/CDrillDown.h"
 #include "support/TempDir.h"
 #include "workbench/data/DataFile.h"
-#include "workbench/headless/HeadlessMessages.h"
-#include "workbench/headless/HeadlessProgress.h"
+#include "workbench/headless/HeadlessFrontEnd.h"
 #include "workbench/session/AnalysisSession.h"
 
 namespace test {
@@ -54,11 +53,11 @@ protected:
     const Drill& reviewRecord(short variable) const;
 
     wb::testing::TempDir outputFolder; // where saved subsets go
-    wb::HeadlessMessages messages{nullptr};
-    wb::HeadlessProgress progress{nullptr};
-    wb::AnalysisSession session{wb::FrontEnd{messages, progress},
-                                linkedModule(outputFolder.path("out"))};
-    wb::HeadlessDialogs& dialogs = session.dialogs();
+    wb::HeadlessFrontEnd headless{nullptr, nullptr}; // plays the user; silent
+    wb::HeadlessMessages& messages = headless.messages();
+    wb::HeadlessProgress& progress = headless.progress();
+    wb::AnalysisSession session{headless.bundle(), linkedModule(outputFolder.path("out"))};
+    wb::DialogHost& dialogs = session.dialogs();
     wb::OutputService& output = session.output(); // the documents the module made, in order
     const wb::DataFile& file = session.file();
     CDrillDown* analysis = nullptr;

@@ -40,7 +40,7 @@ protected:
     }
     // Presses a variables button (9050 or 9080) with the variable dialog answering the lists.
     void choose(std::vector<short> categorical, std::vector<short> continuous, int button = 9050) {
-        dialogs.presetVariableChoice(std::move(categorical), std::move(continuous));
+        headless.presetVariableChoice(std::move(categorical), std::move(continuous));
         press(button);
     }
     // Clicks a control of the panel, which must take the click and leave no results lock.
@@ -50,12 +50,12 @@ protected:
     }
     // Drills the current variable into row `row` of the category dialog.
     void drillDown(int row) {
-        dialogs.setModalResponder([this, row](HWND dialog, int) {
+        headless.setModalResponder([this, row](HWND dialog, int) {
             dialogs.chooseRow(dialog, 9102, row);
             dialogs.click(dialog, 1);
         });
         press(9056);
-        dialogs.setModalResponder(nullptr);
+        headless.setModalResponder(nullptr);
     }
     // A case weight in force, as the host's weight dialog leaves it.
     void weighBy(int variable) {

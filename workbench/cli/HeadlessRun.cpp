@@ -20,7 +20,7 @@ DataFile loadForRun(const RunSetup& setup) {
 
 HeadlessRun::HeadlessRun(const RunSetup& setup)
     : m_folder(setup.out),
-      m_session(FrontEnd{m_messages, m_progress, &m_folder}, SessionOptions{.outputFolder = setup.out}) {
+      m_session(m_frontEnd.bundle(&m_folder), SessionOptions{.outputFolder = setup.out}) {
     m_session.open(loadForRun(setup));
     m_session.startAnalysis();
 }

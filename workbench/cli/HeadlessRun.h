@@ -1,13 +1,12 @@
 #pragma once
 // One analysis of a command: the headless front end (messages echoed to standard error,
-// progress on the terminal, documents written into an output folder) and the analysis
-// session on the data file, started with its panel.
+// progress on the terminal, documents written into an output folder, no dialog a command
+// could answer) and the analysis session on the data file, started with its panel.
 
 #include <optional>
 #include <string>
 
-#include "workbench/headless/HeadlessMessages.h"
-#include "workbench/headless/HeadlessProgress.h"
+#include "workbench/headless/HeadlessFrontEnd.h"
 #include "workbench/render/OutputFolder.h"
 #include "workbench/session/AnalysisSession.h"
 
@@ -31,8 +30,7 @@ public:
     const OutputFolder& folder() const { return m_folder; }
 
 private:
-    HeadlessMessages m_messages;
-    HeadlessProgress m_progress;
+    HeadlessFrontEnd m_frontEnd{stderr, HeadlessProgress::terminalOf(stderr)};
     OutputFolder m_folder;
     AnalysisSession m_session;
 };

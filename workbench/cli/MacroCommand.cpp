@@ -49,7 +49,7 @@ MacroOptions parseMacroArguments(const Arguments& arguments) {
 
 // Why the run cannot go on after a statement: lists that the variable dialog refused, or a
 // modal dialog that nobody can answer.
-std::string statementProblem(HeadlessDialogs& dialogs, std::size_t& seen) {
+std::string statementProblem(DialogHost& dialogs, std::size_t& seen) {
     if (std::string refused = dialogs.takeRefusedChoice(); !refused.empty())
         return refused;
     const std::vector<int>& opened = dialogs.modalDialogsOpened();

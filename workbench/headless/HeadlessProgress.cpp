@@ -13,7 +13,11 @@ constexpr int BarWidth = 30;
 
 } // namespace
 
-HeadlessProgress::HeadlessProgress() : m_terminal(isatty(STDERR_FILENO) ? stderr : nullptr) {}
+std::FILE* HeadlessProgress::terminalOf(std::FILE* stream) {
+    return stream != nullptr && isatty(fileno(stream)) ? stream : nullptr;
+}
+
+HeadlessProgress::HeadlessProgress() : m_terminal(terminalOf(stderr)) {}
 
 void HeadlessProgress::d_pbar(const char* text) {
     m_text = text == nullptr ? "" : text;

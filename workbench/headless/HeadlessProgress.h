@@ -24,6 +24,8 @@ public:
     HeadlessProgress();
     // Draws on `terminal`; null draws nothing.
     explicit HeadlessProgress(std::FILE* terminal) : m_terminal(terminal) {}
+    // `stream` when it is a terminal, else null.
+    static std::FILE* terminalOf(std::FILE* stream);
 
     void d_pbar(const char* text) override;
     void dstart(unsigned long total) override;

@@ -23,7 +23,7 @@
 #include "drilldown/core/CDrillDown.h"
 #include "workbench/automation/AutomationRuntime.h"
 #include "workbench/data/DataFile.h"
-#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/dialogs/DialogHost.h"
 #include "workbench/services/DataService.h"
 #include "workbench/services/KeywordStore.h"
 #include "workbench/services/MemoryService.h"
@@ -40,11 +40,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// What a front end brings: the parts that show things to its user. The front end owns them
-// and keeps them alive while the session exists.
+// What a front end brings: the parts that show things to its user and play the user. The
+// front end owns them and keeps them alive while the session exists.
 struct FrontEnd {
     HostMessages& messages;
     HostProgress& progress;
+    DialogFrontEnd& dialogs;
     // Told of every document as it is made; null keeps them in the session only.
     DocumentSink* documents = nullptr;
 };
@@ -99,7 +100,7 @@ public:
     MemoryService& memory() { return m_memory; }
     DataService& data() { return m_data; }
     TextService& text() { return m_text; }
-    HeadlessDialogs& dialogs() { return m_dialogs; }
+    DialogHost& dialogs() { return m_dialogs; }
     OutputService& output() { return m_output; }
     NewFileService& newFile() { return m_newFile; }
     AutomationRuntime& automation() { return m_automation; }
@@ -120,7 +121,7 @@ private:
     DataService m_data;
     TextService m_text;
     AutomationRuntime m_automation;
-    HeadlessDialogs m_dialogs;
+    DialogHost m_dialogs;
     NewFileService m_newFile;
     OutputService m_output;
     // Last, so that it ends the analysis before the services it uses go.

@@ -6,8 +6,7 @@
 #include "drilldown/automation/TypeLibrary.h"
 #include "drilldown/dialogs/StartupPanel.h"
 #include "workbench/data/DataFile.h"
-#include "workbench/headless/HeadlessMessages.h"
-#include "workbench/headless/HeadlessProgress.h"
+#include "workbench/headless/HeadlessFrontEnd.h"
 #include "workbench/session/AnalysisSession.h"
 
 namespace {
@@ -25,9 +24,8 @@ wb::DataFile smallFile() {
 // A session on the built plug-in, with its keywords in memory.
 class PluginSession : public ::testing::Test {
 protected:
-    wb::HeadlessMessages messages{nullptr};
-    wb::HeadlessProgress progress{nullptr};
-    wb::AnalysisSession session{wb::FrontEnd{messages, progress},
+    wb::HeadlessFrontEnd headless{nullptr, nullptr};
+    wb::AnalysisSession session{headless.bundle(),
                                 wb::SessionOptions{.module = DD_MODULE_PATH, .keywordFile = {}}};
 };
 

@@ -1,24 +1,23 @@
 #pragma once
-// The headless host's dialog service: the module's dialog and control calls served from a
-// ControlModel that this service owns, and its keywords from a KeywordStore.
-//
-// Nobody sits in front of a headless dialog, so the variable dialog answers with choices
-// that the caller queued beforehand, and cancels when there is none.
+// The dialog service of every front end: the module's dialog and control calls served from a
+// ControlModel that this service owns, its windows made from the dialog templates, the
+// messages a window system would deliver, the user's actions on controls, the values of
+// controls for automation, and the keywords from a KeywordStore. Who plays the user (modal
+// dialogs, the variable dialog, the host's own dialogs) and when posted commands run is the
+// front end's (DialogFrontEnd.h).
 //
 // To use it:
-//   1. make it with the keyword store (and the open data file, or set it later with
-//      setDataFile; the caller keeps the file alive);
-//   2. create the module's dialogs in model() and hand the service to the module;
-//   3. queue the answers of the variable dialog with presetVariableChoice, play the user
-//      through model() (select, setText, setChecked) and read back what the module showed.
+//   1. make it with its front end and the keyword store (and the open data file, or set it
+//      later with setDataFile; the caller keeps them alive);
+//   2. hand the service to the module, which makes its dialogs through it;
+//   3. play the user with the actions below (a front end does, from its widgets or its
+//      queue) and read back what the module showed through model().
 //
 // Handles that lead nowhere (a destroyed dialog, a control of none) are answered as a
 // window system answers them: null, 0 or LB_ERR, and nothing changes.
 //
 // Numbers in edit controls are shown and read as EditNumbers.h says.
 
-#include <deque>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -29,39 +28,23 @@
 #include "drilldown/host/HostDialogs.h"
 #include "workbench/data/DataFile.h"
 #include "workbench/dialogs/ControlModel.h"
+#include "workbench/dialogs/DialogFrontEnd.h"
 #include "workbench/services/NewFileService.h"
 #include "workbench/services/OutputService.h"
 #include "workbench/services/KeywordStore.h"
 
 namespace wb {
 
-// One call of the variable dialog as the module made it.
-struct VariableDialogCall {
-    HWND parent = nullptr;
-    unsigned short mode = 0;
-    std::string title;
-    std::vector<short> choices; // empty for all variables
-    int min1 = 0, max1 = 0, min2 = 0, max2 = 0, total = 0;
-    std::string caption1, caption2;
-    unsigned short flag = 0;
-};
-
-class HeadlessDialogs : public HostDialogs {
+class DialogHost : public HostDialogs {
 public:
-    explicit HeadlessDialogs(KeywordStore& keywords, const DataFile* file = nullptr);
-    HeadlessDialogs(const HeadlessDialogs&) = delete;
-    HeadlessDialogs& operator=(const HeadlessDialogs&) = delete;
+    DialogHost(DialogFrontEnd& frontEnd, KeywordStore& keywords, const DataFile* file = nullptr);
+    DialogHost(const DialogHost&) = delete;
+    DialogHost& operator=(const DialogHost&) = delete;
 
     void setDataFile(const DataFile* file) { m_file = file; }
     ControlModel& model() { return m_model; }
     const ControlModel& model() const { return m_model; }
 
-    // Queues the answer of one later variable dialog: the two lists of 1-based variable
-    // numbers that the user picks. Answers are taken in the order queued.
-    void presetVariableChoice(std::vector<short> first, std::vector<short> second);
-    // Queues a cancel.
-    void presetVariableCancel();
-    std::size_t pendingVariableChoices() const { return m_choices.size(); }
     // Why the variable dialog last refused lists that a macro gave, and forgets it; empty
     // when it refused none.
     std::string takeRefusedChoice() { return std::exchange(m_refusedChoice, {}); }
@@ -93,12 +76,14 @@ public:
     void InitStaticListBox(HWND control, const char* const* rows) override;
     // Numbers that are no variable of the data file are left out.
     void WriteVarListToCaption(HWND dialog, int id, int count, const short* vars) override;
-    // Answers with the next queued choice, or cancels when the queue is empty. `choices`,
-    // when not null, is a list of variable numbers ended by 0. A queued choice that this
-    // call could not give (a list too short or too long, more than `total` variables, a
-    // number that is no variable of the file or not among the choices, a variable twice in
-    // one list) is an error of the test that queued it: std::invalid_argument, nothing
-    // written, the choice used up. The same variable may stand in both lists.
+    // Answers with the lists a macro gave (SetResultsVariables, a variables button written
+    // through automation), or else with the front end's. `choices`, when not null, is a
+    // list of variable numbers ended by 0. Lists that this call could not give (a list too
+    // short or too long, more than `total` variables, a number that is no variable of the
+    // file or not among the choices, a variable twice in one list) are refused: a macro's
+    // as a cancel, kept for takeRefusedChoice; the front end's, which it must never give,
+    // with std::invalid_argument and nothing written. The same variable may stand in both
+    // lists.
     int DoubleVarListDialog(HWND parent, unsigned short mode, const char* title,
                             const short* choices, int min1, int max1, int min2, int max2, int total,
                             short* first, short* firstCount, short* second, short* secondCount,
@@ -126,20 +111,8 @@ public:
     // Delivers any message to the dialog's owner; its answer.
     long send(HWND dialog, unsigned message, unsigned long wParam, long lParam);
 
-    // Plays the user of each modal dialog, called once the dialog has had WM_INITDIALOG.
-    // A dialog that the responder leaves open gets IDCANCEL, as Escape would send, and is
-    // ended with 0 if it still stays. Without a responder every modal dialog is cancelled so.
-    using ModalResponder = std::function<void(HWND dialog, int resourceId)>;
-    void setModalResponder(ModalResponder responder) { m_responder = std::move(responder); }
     // The modal dialogs opened so far, by resource id, oldest first.
     const std::vector<int>& modalDialogsOpened() const { return m_modalsOpened; }
-
-    // The host's own dialogs (selection conditions, case weights, opening a file): each
-    // gives the dialog's answer, 0 for cancelled. Without a handler the user cancels.
-    using HostDialog = std::function<int()>;
-    void setSelectionDialog(HostDialog dialog) { m_selectionDialog = std::move(dialog); }
-    void setWeightDialog(HostDialog dialog) { m_weightDialog = std::move(dialog); }
-    void setOpenFileDialog(HostDialog dialog) { m_openFileDialog = std::move(dialog); }
 
     // What the module told the host, for tests.
     bool isOpen(HWND dialog) const { return m_windows.count(dialog) != 0; }
@@ -157,10 +130,6 @@ public:
         bool operator==(const RecordingCall&) const = default;
     };
     const std::vector<RecordingCall>& recordingCalls() const { return m_recording; }
-
-    // Told when a modeless dialog has ended, after its window is gone.
-    using CloseHandler = std::function<void(HWND dialog, int result, bool closeAnalysis)>;
-    void setCloseHandler(CloseHandler handler) { m_onClose = std::move(handler); }
 
     // `first` is neither read nor written.
     int GetInitKeyword(int section, const char* keyword, int* first, int* second) override;
@@ -259,33 +228,25 @@ private:
     HRESULT writeEdit(HWND dialog, int id, const VARIANT& value);
     HRESULT writeCheck(HWND dialog, int id, const VARIANT& value);
     HRESULT pressForDocument(HWND dialog, int id, VARIANT* value);
-    struct VariableChoice {
-        std::vector<short> first;
-        std::vector<short> second;
-        // Given by a macro: a choice the dialog cannot take is refused as a user's cancel,
-        // and remembered for refusedChoice(), instead of being the caller's error.
-        bool fromMacro = false;
-    };
-
     // Whether the dialog has the control, creating it on first use where the dialog does.
     bool hasControl(HWND dialog, int id);
     void checkChoice(const VariableDialogCall& call, const VariableChoice& choice) const;
+    // The lists that answer the variable dialog's call; nothing for a cancel.
+    std::optional<VariableChoice> answerVariableDialog(const VariableDialogCall& call);
 
+    DialogFrontEnd& m_frontEnd;
     ControlModel m_model;
     KeywordStore& m_keywords;
     const DataFile* m_file;
-    std::deque<std::optional<VariableChoice>> m_choices; // nothing: cancel
+    // The lists a macro gave for the next variable dialog; they go before the front end's.
+    std::optional<VariableChoice> m_macroChoice;
     std::vector<VariableDialogCall> m_calls;
 
     std::map<HWND, Window> m_windows;
     std::map<HWND, CReorderListBox*> m_reorderBoxes; // by list box handle
-    std::deque<std::pair<HWND, int>> m_posted;
     std::vector<HWND> m_ended; // modeless dialogs to destroy after the delivery
     int m_deliveries = 0;      // deliveries under way
-    ModalResponder m_responder;
     std::vector<int> m_modalsOpened;
-    HostDialog m_selectionDialog, m_weightDialog, m_openFileDialog;
-    CloseHandler m_onClose;
     std::vector<RecordingCall> m_recording;
     // The command being delivered, so that the variable dialog knows which button opened it.
     std::pair<HWND, int> m_command{nullptr, 0};

@@ -1,5 +1,5 @@
-// The headless dialog service: controls through handles, numbers in edit controls, the
-// variable dialog's preset answers, and session.keywords().
+// The dialog host: controls through handles, numbers in edit controls, the variable dialog
+// answered by the headless front end's presets, and keywords.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,16 +11,17 @@
 #include <vector>
 
 #include "workbench/data/DataFile.h"
-#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/dialogs/DialogHost.h"
+#include "workbench/headless/HeadlessFrontEnd.h"
 #include "workbench/services/KeywordStore.h"
 
 namespace {
 
 constexpr int Id = 9053;
 
-class HeadlessDialogsTest : public ::testing::Test {
+class DialogHostTest : public ::testing::Test {
 protected:
-    HeadlessDialogsTest() : dialogs(keywords, &file), panel(dialogs.model().createDialog(4813)) {
+    DialogHostTest() : dialogs(headless, keywords, &file), panel(dialogs.model().createDialog(4813)) {
         for (const char* name : {"AGE", "REVENU", "RÉGION", "REVENU_ANNUEL"})
             file.addVariable({name, "", -999.0, {}, wb::DisplayFormat::Plain});
     }
@@ -31,11 +32,12 @@ protected:
 
     wb::DataFile file;
     wb::KeywordStore keywords{std::filesystem::path(), nullptr}; // in memory
-    wb::HeadlessDialogs dialogs;
+    wb::HeadlessFrontEnd headless{nullptr, nullptr};
+    wb::DialogHost dialogs;
     HWND panel;
 };
 
-TEST_F(HeadlessDialogsTest, DeadHandlesChangeNothing) {
+TEST_F(DialogHostTest, DeadHandlesChangeNothing) {
     const HWND dialog = dialogs.model().createDialog(4813);
     const HWND control = dialogs.GetDlgItem(dialog, Id);
     dialogs.model().destroyDialog(dialog);
@@ -66,7 +68,7 @@ const struct {
     {5, 0, 1, true, "any non-zero is on: it was on"},
 };
 
-TEST_F(HeadlessDialogsTest, EnableShowAndCheck) {
+TEST_F(DialogHostTest, EnableShowAndCheck) {
     const HWND enabled = dialogs.GetDlgItem(panel, 1);
     const HWND shown = dialogs.GetDlgItem(panel, 2);
     for (const auto& row : ToggleRows) {
@@ -102,7 +104,7 @@ const struct {
     {3, 1, 0x0180, 0, 0, 1, "other messages give 0"},
 };
 
-TEST_F(HeadlessDialogsTest, ListSelection) {
+TEST_F(DialogHostTest, ListSelection) {
     for (const auto& row : SelectionRows) {
         SCOPED_TRACE(row.comment);
         dialogs.model().setRows(panel, Id, std::vector<std::string>(std::size_t(row.rows), "v"));
@@ -112,7 +114,7 @@ TEST_F(HeadlessDialogsTest, ListSelection) {
     }
 }
 
-TEST_F(HeadlessDialogsTest, InitStaticListBoxReplacesRowsAndDropsTheSelection) {
+TEST_F(DialogHostTest, InitStaticListBoxReplacesRowsAndDropsTheSelection) {
     const char* const names[] = {"AGE", "RÉGION", nullptr};
     dialogs.InitStaticListBox(list(), names);
     dialogs.model().select(panel, Id, 1); // the user clicks "RÉGION"
@@ -139,7 +141,7 @@ const struct {
     {"\x80\x80\x80\x80", 3, "\x80\x80", "stray continuation bytes count one by one"},
 };
 
-TEST_F(HeadlessDialogsTest, GetTextNeverCutsACharacter) {
+TEST_F(DialogHostTest, GetTextNeverCutsACharacter) {
     for (const auto& row : TruncationRows) {
         SCOPED_TRACE(row.comment);
         ASSERT_EQ(dialogs.SetDlgItemTextA(panel, Id, row.text), 1);
@@ -169,7 +171,7 @@ const struct {
     {"12a", false, 7, "trailing letters"},
 };
 
-TEST_F(HeadlessDialogsTest, Integers) {
+TEST_F(DialogHostTest, Integers) {
     for (const auto& row : IntegerRows) {
         SCOPED_TRACE(row.comment);
         setText(row.text);
@@ -201,7 +203,7 @@ const struct {
     {std::numeric_limits<double>::quiet_NaN(), 2, "--", "not a number"},
 };
 
-TEST_F(HeadlessDialogsTest, RealsAreShownShort) {
+TEST_F(DialogHostTest, RealsAreShownShort) {
     for (const auto& row : DoubleTextRows) {
         SCOPED_TRACE(row.comment);
         EXPECT_EQ(dialogs.SetDlgItemDouble(panel, Id, row.value, 3, row.digits), 1);
@@ -230,7 +232,7 @@ const struct {
     {"0x10", false, 7, "hexadecimal"},
 };
 
-TEST_F(HeadlessDialogsTest, RealsAreRead) {
+TEST_F(DialogHostTest, RealsAreRead) {
     for (const auto& row : DoubleReadRows) {
         SCOPED_TRACE(row.comment);
         setText(row.text);
@@ -240,7 +242,7 @@ TEST_F(HeadlessDialogsTest, RealsAreRead) {
     }
 }
 
-TEST_F(HeadlessDialogsTest, WriteVarListToCaption) {
+TEST_F(DialogHostTest, WriteVarListToCaption) {
     const struct {
         std::vector<short> vars;
         int count;
@@ -270,18 +272,18 @@ struct Lists {
     bool untouched() const { return firstCount == -1 && secondCount == -1 && first[0] == -1; }
 };
 
-int ask(wb::HeadlessDialogs& dialogs, Lists& lists, const short* choices = nullptr) {
+int ask(wb::DialogHost& dialogs, Lists& lists, const short* choices = nullptr) {
     // The dialog takes 0 to 2 first, 1 to 2 second and 3 in all.
     return dialogs.DoubleVarListDialog(nullptr, 1, "Choose", choices, 0, 2, 1, 2, 3, lists.first,
                                        &lists.firstCount, lists.second, &lists.secondCount,
                                        "Categorical", "Continuous", 0);
 }
 
-TEST_F(HeadlessDialogsTest, VariableDialogAnswersPresetsInOrder) {
-    dialogs.presetVariableChoice({1, 3}, {2});
-    dialogs.presetVariableCancel();
-    dialogs.presetVariableChoice({}, {2, 4}); // an empty list writes no entry
-    dialogs.presetVariableChoice({2}, {2});   // one variable may stand in both lists
+TEST_F(DialogHostTest, VariableDialogAnswersPresetsInOrder) {
+    headless.presetVariableChoice({1, 3}, {2});
+    headless.presetVariableCancel();
+    headless.presetVariableChoice({}, {2, 4}); // an empty list writes no entry
+    headless.presetVariableChoice({2}, {2});   // one variable may stand in both lists
     const std::vector<std::vector<short>> expected[] = {
         {{1, 3}, {2}}, {}, {{}, {2, 4}}, {{2}, {2}}, {}};
     for (const auto& answer : expected) {
@@ -319,11 +321,11 @@ const struct {
     {{2}, {1}, {2, 3, 0, 1}, "variable 1 of the second list is not among the choices"},
 };
 
-TEST_F(HeadlessDialogsTest, VariableDialogRejectsImpossiblePresets) {
+TEST_F(DialogHostTest, VariableDialogRejectsImpossiblePresets) {
     for (const auto& row : ChoiceErrorRows) {
         SCOPED_TRACE(row.message);
-        dialogs.presetVariableChoice(row.first, row.second);
-        dialogs.presetVariableChoice({1}, {2});
+        headless.presetVariableChoice(row.first, row.second);
+        headless.presetVariableChoice({1}, {2});
         Lists lists;
         try {
             ask(dialogs, lists, row.choices.empty() ? nullptr : row.choices.data());
@@ -337,7 +339,7 @@ TEST_F(HeadlessDialogsTest, VariableDialogRejectsImpossiblePresets) {
     }
 }
 
-TEST_F(HeadlessDialogsTest, Keywords) {
+TEST_F(DialogHostTest, Keywords) {
     int first = 0, second = 9;
     EXPECT_EQ(dialogs.GetInitKeyword(0, "StandAloneResults", &first, &second), 0);
     EXPECT_EQ(second, 9); // not found: untouched

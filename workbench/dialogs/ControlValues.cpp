@@ -8,7 +8,7 @@
 #include "workbench/automation/VariantConversion.h"
 #include "workbench/data/VariableList.h"
 #include "workbench/dialogs/EditNumbers.h"
-#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/dialogs/DialogHost.h"
 
 namespace wb {
 
@@ -55,7 +55,7 @@ bool valueNumber(BstrAllocator& strings, const VARIANT& value, double& number) {
 
 } // namespace
 
-HRESULT HeadlessDialogs::fail(HRESULT result, const std::string& description) {
+HRESULT DialogHost::fail(HRESULT result, const std::string& description) {
     if (m_automation == nullptr)
         return result;
     ICreateErrorInfo* writer = nullptr;
@@ -72,7 +72,7 @@ HRESULT HeadlessDialogs::fail(HRESULT result, const std::string& description) {
     return result;
 }
 
-HRESULT HeadlessDialogs::GetControlValue(HWND dialog, int id, VARTYPE type, VARIANT* value) {
+HRESULT DialogHost::GetControlValue(HWND dialog, int id, VARTYPE type, VARIANT* value) {
     if (value == nullptr)
         return E_POINTER;
     VariantInit(value);
@@ -118,7 +118,7 @@ HRESULT HeadlessDialogs::GetControlValue(HWND dialog, int id, VARTYPE type, VARI
     return S_OK;
 }
 
-HRESULT HeadlessDialogs::pressForDocument(HWND dialog, int id, VARIANT* value) {
+HRESULT DialogHost::pressForDocument(HWND dialog, int id, VARIANT* value) {
     const ControlState& control = m_model.state(dialog, id);
     if (control.kind != ControlKind::Button)
         return fail(DISP_E_TYPEMISMATCH,
@@ -143,7 +143,7 @@ HRESULT HeadlessDialogs::pressForDocument(HWND dialog, int id, VARIANT* value) {
     return S_OK;
 }
 
-HRESULT HeadlessDialogs::SetControlValue(HWND dialog, int id, const VARIANT* value) {
+HRESULT DialogHost::SetControlValue(HWND dialog, int id, const VARIANT* value) {
     if (!isOpen(dialog))
         return fail(E_FAIL, "The dialog has been closed.");
     if (!hasControl(dialog, id))
@@ -177,7 +177,7 @@ HRESULT HeadlessDialogs::SetControlValue(HWND dialog, int id, const VARIANT* val
     }
 }
 
-HRESULT HeadlessDialogs::queueVariableLists(const std::string& text) {
+HRESULT DialogHost::queueVariableLists(const std::string& text) {
     if (m_file == nullptr)
         return fail(E_FAIL, "No data file is open.");
     wb::VariableChoice lists;
@@ -186,12 +186,11 @@ HRESULT HeadlessDialogs::queueVariableLists(const std::string& text) {
     } catch (const DataError& error) {
         return fail(E_INVALIDARG, error.what());
     }
-    m_choices.clear();
-    m_choices.push_back(VariableChoice{lists.categorical, lists.continuous, true});
+    m_macroChoice = std::move(lists);
     return S_OK;
 }
 
-HRESULT HeadlessDialogs::SetResultsVariables(HWND dialog, const VARIANT& lists) {
+HRESULT DialogHost::SetResultsVariables(HWND dialog, const VARIANT& lists) {
     std::string text;
     if (!isOpen(dialog))
         return fail(E_FAIL, "The dialog has been closed.");
@@ -200,17 +199,17 @@ HRESULT HeadlessDialogs::SetResultsVariables(HWND dialog, const VARIANT& lists) 
     return queueVariableLists(text);
 }
 
-HRESULT HeadlessDialogs::writeVariableLists(HWND dialog, int id, const std::string& text) {
+HRESULT DialogHost::writeVariableLists(HWND dialog, int id, const std::string& text) {
     if (const HRESULT queued = queueVariableLists(text); FAILED(queued))
         return queued;
     clickControl(dialog, id);
     // A choice that the command did not take (it did not open the variable dialog) is not
     // left for a later one.
-    m_choices.clear();
+    m_macroChoice.reset();
     return S_OK;
 }
 
-HRESULT HeadlessDialogs::writeCheck(HWND dialog, int id, const VARIANT& value) {
+HRESULT DialogHost::writeCheck(HWND dialog, int id, const VARIANT& value) {
     double number = 0;
     if (m_automation == nullptr || !valueNumber(*m_automation, value, number))
         return fail(DISP_E_TYPEMISMATCH, "Control " + std::to_string(id) + " takes 0 or 1.");
@@ -224,7 +223,7 @@ HRESULT HeadlessDialogs::writeCheck(HWND dialog, int id, const VARIANT& value) {
     return S_OK;
 }
 
-HRESULT HeadlessDialogs::writeEdit(HWND dialog, int id, const VARIANT& value) {
+HRESULT DialogHost::writeEdit(HWND dialog, int id, const VARIANT& value) {
     const std::optional<EditRange> range = m_model.state(dialog, id).range;
     std::string text;
     if (range) {

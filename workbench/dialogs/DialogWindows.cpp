@@ -1,6 +1,6 @@
-// The headless host's windows: the module's dialogs made from their templates, the messages
-// a window system would deliver to them, modal dialogs answered by a responder, and the
-// user's actions on controls.
+// The dialog host's windows: the module's dialogs made from their templates, the messages a
+// window system would deliver to them, modal dialogs handed to the front end, and the user's
+// actions on controls.
 
 #include <algorithm>
 #include <cstring>
@@ -10,7 +10,7 @@
 #include "drilldown/resources/Dialogs.h"
 #include "workbench/dialogs/DialogTemplates.h"
 #include "workbench/dialogs/EditNumbers.h"
-#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/dialogs/DialogHost.h"
 
 namespace wb {
 
@@ -26,22 +26,22 @@ long handleParam(HWND control) {
 
 } // namespace
 
-HeadlessDialogs::Window* HeadlessDialogs::window(HWND dialog) {
+DialogHost::Window* DialogHost::window(HWND dialog) {
     const auto found = m_windows.find(dialog);
     return found == m_windows.end() ? nullptr : &found->second;
 }
 
-const HeadlessDialogs::Window* HeadlessDialogs::window(HWND dialog) const {
+const DialogHost::Window* DialogHost::window(HWND dialog) const {
     const auto found = m_windows.find(dialog);
     return found == m_windows.end() ? nullptr : &found->second;
 }
 
 // ---- Delivery ------------------------------------------------------------------------------
 
-template <typename Action> auto HeadlessDialogs::dispatch(Action&& action) {
+template <typename Action> auto DialogHost::dispatch(Action&& action) {
     struct Depth {
-        HeadlessDialogs& host;
-        explicit Depth(HeadlessDialogs& h) : host(h) { ++host.m_deliveries; }
+        DialogHost& host;
+        explicit Depth(DialogHost& h) : host(h) { ++host.m_deliveries; }
         ~Depth() { --host.m_deliveries; }
     };
     auto answer = [&] {
@@ -53,7 +53,7 @@ template <typename Action> auto HeadlessDialogs::dispatch(Action&& action) {
     return answer;
 }
 
-long HeadlessDialogs::deliver(HWND dialog, unsigned message, unsigned long wParam, long lParam) {
+long DialogHost::deliver(HWND dialog, unsigned message, unsigned long wParam, long lParam) {
     Window* target = window(dialog);
     if (target == nullptr)
         return 0;
@@ -66,7 +66,7 @@ long HeadlessDialogs::deliver(HWND dialog, unsigned message, unsigned long wPara
                 m_output->setCurrentCommand(m_command.second);
         }
         struct Restore {
-            HeadlessDialogs& host;
+            DialogHost& host;
             std::pair<HWND, int> previous;
             ~Restore() {
                 host.m_command = previous;
@@ -78,12 +78,8 @@ long HeadlessDialogs::deliver(HWND dialog, unsigned message, unsigned long wPara
     });
 }
 
-void HeadlessDialogs::finishDispatch() {
-    while (!m_posted.empty()) {
-        const auto [dialog, id] = m_posted.front();
-        m_posted.pop_front();
-        deliver(dialog, WM_COMMAND, MakeWParam(id, BN_CLICKED), 0);
-    }
+void DialogHost::finishDispatch() {
+    m_frontEnd.deliveryFinished();
     while (!m_ended.empty()) {
         const HWND dialog = m_ended.front();
         m_ended.erase(m_ended.begin());
@@ -91,7 +87,7 @@ void HeadlessDialogs::finishDispatch() {
     }
 }
 
-void HeadlessDialogs::destroyWindow(HWND dialog) {
+void DialogHost::destroyWindow(HWND dialog) {
     const auto found = m_windows.find(dialog);
     if (found == m_windows.end())
         return;
@@ -104,23 +100,23 @@ void HeadlessDialogs::destroyWindow(HWND dialog) {
     m_model.destroyDialog(dialog);
     ended.owner->AttachWindow(nullptr);
     ended.owner->PostNcDestroy();
-    if (m_onClose)
-        m_onClose(dialog, ended.result.value_or(0), ended.closeAnalysis);
+    m_frontEnd.closed(dialog, ended.result.value_or(0), ended.closeAnalysis);
 }
 
 // ---- Windows ---------------------------------------------------------------------------------
 
-HWND HeadlessDialogs::CreateDialogWindow(CAnalysisDialog* owner, int resourceId, HWND) {
+HWND DialogHost::CreateDialogWindow(CAnalysisDialog* owner, int resourceId, HWND) {
     if (owner == nullptr || FindDialogTemplate(resourceId) == nullptr)
         return nullptr;
     const HWND dialog = createDialogFromTemplate(m_model, resourceId);
     m_windows[dialog].owner = owner;
     owner->AttachWindow(dialog);
+    m_frontEnd.opened(dialog, resourceId, false);
     deliver(dialog, WM_INITDIALOG, 0, 0);
     return dialog;
 }
 
-int HeadlessDialogs::RunModalDialog(CAnalysisDialog* owner, int resourceId, HWND) {
+int DialogHost::RunModalDialog(CAnalysisDialog* owner, int resourceId, HWND) {
     if (owner == nullptr || FindDialogTemplate(resourceId) == nullptr)
         return -1;
     const HWND dialog = createDialogFromTemplate(m_model, resourceId);
@@ -131,7 +127,7 @@ int HeadlessDialogs::RunModalDialog(CAnalysisDialog* owner, int resourceId, HWND
     m_modalsOpened.push_back(resourceId);
     // The window goes whichever way the dialog ends, an exception included.
     struct Close {
-        HeadlessDialogs& host;
+        DialogHost& host;
         HWND dialog;
         CAnalysisDialog* owner;
         ~Close() {
@@ -141,15 +137,16 @@ int HeadlessDialogs::RunModalDialog(CAnalysisDialog* owner, int resourceId, HWND
         }
     } close{*this, dialog, owner};
     const auto ended = [&] { return window(dialog)->result.has_value(); };
+    m_frontEnd.opened(dialog, resourceId, true);
     deliver(dialog, WM_INITDIALOG, 0, 0);
-    if (!ended() && m_responder)
-        m_responder(dialog, resourceId);
+    if (!ended())
+        m_frontEnd.runModal(dialog, resourceId);
     if (!ended())
         deliver(dialog, WM_COMMAND, MakeWParam(IDCANCEL, BN_CLICKED), 0);
     return window(dialog)->result.value_or(0);
 }
 
-void HeadlessDialogs::EndDialogWindow(HWND dialog, int result, int closeAnalysis) {
+void DialogHost::EndDialogWindow(HWND dialog, int result, int closeAnalysis) {
     Window* ending = window(dialog);
     if (ending == nullptr || ending->result)
         return;
@@ -162,12 +159,16 @@ void HeadlessDialogs::EndDialogWindow(HWND dialog, int result, int closeAnalysis
         finishDispatch();
 }
 
-void HeadlessDialogs::PostCommand(HWND dialog, int id) {
-    if (isOpen(dialog))
-        m_posted.emplace_back(dialog, id);
+void DialogHost::PostCommand(HWND dialog, int id) {
+    if (!isOpen(dialog))
+        return;
+    m_frontEnd.post([this, dialog, id] {
+        if (isOpen(dialog))
+            deliver(dialog, WM_COMMAND, MakeWParam(id, BN_CLICKED), 0);
+    });
 }
 
-void HeadlessDialogs::AddDlgTabs(HWND dialog, int tabId, const int* pages, int count) {
+void DialogHost::AddDlgTabs(HWND dialog, int tabId, const int* pages, int count) {
     Window* target = window(dialog);
     if (target == nullptr || !hasControl(dialog, tabId))
         return;
@@ -182,33 +183,33 @@ void HeadlessDialogs::AddDlgTabs(HWND dialog, int tabId, const int* pages, int c
     m_model.setRows(dialog, tabId, std::move(titles));
 }
 
-std::vector<int> HeadlessDialogs::tabPages(HWND dialog, int tabId) const {
+std::vector<int> DialogHost::tabPages(HWND dialog, int tabId) const {
     const Window* shown = window(dialog);
     if (shown == nullptr || !shown->tabs.contains(tabId))
         return {};
     return shown->tabs.at(tabId);
 }
 
-unsigned long HeadlessDialogs::AttributeColour(int) { return ListTextColour; }
+unsigned long DialogHost::AttributeColour(int) { return ListTextColour; }
 
-void HeadlessDialogs::SetIntEditRange(HWND control, int low, int high) {
+void DialogHost::SetIntEditRange(HWND control, int low, int high) {
     if (const auto ref = m_model.controlOf(control))
         m_model.setRange(ref->dialog, ref->id, EditRange{double(low), double(high)});
 }
 
-void HeadlessDialogs::SetRealEditRange(HWND control, double low, double high, int) {
+void DialogHost::SetRealEditRange(HWND control, double low, double high, int) {
     if (const auto ref = m_model.controlOf(control))
         m_model.setRange(ref->dialog, ref->id, EditRange{low, high});
 }
 
-void HeadlessDialogs::SubclassListBox(HWND control, CReorderListBox* box) {
+void DialogHost::SubclassListBox(HWND control, CReorderListBox* box) {
     if (box == nullptr)
         m_reorderBoxes.erase(control);
     else if (m_model.controlOf(control))
         m_reorderBoxes[control] = box;
 }
 
-int HeadlessDialogs::InsertListColumn(HWND control, int column, const char* heading, int width,
+int DialogHost::InsertListColumn(HWND control, int column, const char* heading, int width,
                                       int rightAligned) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
@@ -218,14 +219,14 @@ int HeadlessDialogs::InsertListColumn(HWND control, int column, const char* head
     return column;
 }
 
-int HeadlessDialogs::InsertListRow(HWND control, int row, const char* text) {
+int DialogHost::InsertListRow(HWND control, int row, const char* text) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return -1;
     return m_model.insertRow(ref->dialog, ref->id, row, text == nullptr ? "" : text);
 }
 
-int HeadlessDialogs::SetListCell(HWND control, int row, int column, const char* text) {
+int DialogHost::SetListCell(HWND control, int row, int column, const char* text) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return 0;
@@ -235,11 +236,11 @@ int HeadlessDialogs::SetListCell(HWND control, int row, int column, const char* 
 
 // ---- Results and recording -------------------------------------------------------------------
 
-int HeadlessDialogs::IsResultsMsg(HWND, unsigned message, unsigned long wParam, long) {
+int DialogHost::IsResultsMsg(HWND, unsigned message, unsigned long wParam, long) {
     return message == WM_COMMAND && LowWord(wParam) == OptionsCommand ? 1 : 0;
 }
 
-void HeadlessDialogs::ResultsChange(HWND dialog, ResultsEvent event) {
+void DialogHost::ResultsChange(HWND dialog, ResultsEvent event) {
     Window* panel = window(dialog);
     if (panel == nullptr)
         return;
@@ -249,38 +250,36 @@ void HeadlessDialogs::ResultsChange(HWND dialog, ResultsEvent event) {
         --panel->locks;
 }
 
-int HeadlessDialogs::resultsLockDepth(HWND dialog) const {
+int DialogHost::resultsLockDepth(HWND dialog) const {
     const Window* panel = window(dialog);
     return panel == nullptr ? 0 : panel->locks;
 }
 
-void HeadlessDialogs::EnableStartupMenus(HWND dialog, int enable) {
+void DialogHost::EnableStartupMenus(HWND dialog, int enable) {
     if (Window* panel = window(dialog))
         panel->menus = enable;
 }
 
-int HeadlessDialogs::startupMenusEnabled(HWND dialog) const {
+int DialogHost::startupMenusEnabled(HWND dialog) const {
     const Window* panel = window(dialog);
     return panel == nullptr ? -1 : panel->menus;
 }
 
-void HeadlessDialogs::EarlyRecordState(HWND, int id) { m_recording.push_back({0, id}); }
+void DialogHost::EarlyRecordState(HWND, int id) { m_recording.push_back({0, id}); }
 
-void HeadlessDialogs::FinishRecordingDialog(HWND, int, int, int id) {
+void DialogHost::FinishRecordingDialog(HWND, int, int, int id) {
     m_recording.push_back({1, id});
 }
 
-int HeadlessDialogs::DefineSelCond(int, HWND) {
-    return m_selectionDialog ? m_selectionDialog() : 0;
-}
+int DialogHost::DefineSelCond(int, HWND parent) { return m_frontEnd.defineSelection(parent); }
 
-int HeadlessDialogs::DefineWeight(int, HWND) { return m_weightDialog ? m_weightDialog() : 0; }
+int DialogHost::DefineWeight(int, HWND parent) { return m_frontEnd.defineWeight(parent); }
 
-int HeadlessDialogs::OpenVmkFile(HWND) { return m_openFileDialog ? m_openFileDialog() : 0; }
+int DialogHost::OpenVmkFile(HWND parent) { return m_frontEnd.openFile(parent); }
 
 // ---- The user --------------------------------------------------------------------------------
 
-bool HeadlessDialogs::actionable(HWND dialog, int id) const {
+bool DialogHost::actionable(HWND dialog, int id) const {
     const Window* shown = window(dialog);
     if (shown != nullptr && shown->result)
         return false; // the dialog has ended
@@ -288,7 +287,7 @@ bool HeadlessDialogs::actionable(HWND dialog, int id) const {
     return control.enabled && control.shown;
 }
 
-bool HeadlessDialogs::isListView(HWND dialog, int id) const {
+bool DialogHost::isListView(HWND dialog, int id) const {
     const DialogTemplate* source = FindDialogTemplate(m_model.resourceId(dialog));
     if (source == nullptr)
         return false;
@@ -296,7 +295,7 @@ bool HeadlessDialogs::isListView(HWND dialog, int id) const {
     return place.Control != nullptr && place.Control->Kind == DialogControlKind::ListView;
 }
 
-void HeadlessDialogs::clickControl(HWND dialog, int id) {
+void DialogHost::clickControl(HWND dialog, int id) {
     const ControlKind kind = m_model.kind(dialog, id);
     if (kind == ControlKind::CheckBox)
         m_model.setChecked(dialog, id, !m_model.isChecked(dialog, id));
@@ -315,14 +314,14 @@ void HeadlessDialogs::clickControl(HWND dialog, int id) {
             handleParam(m_model.controlHandle(dialog, id)));
 }
 
-bool HeadlessDialogs::click(HWND dialog, int id) {
+bool DialogHost::click(HWND dialog, int id) {
     if (!actionable(dialog, id))
         return false;
     clickControl(dialog, id);
     return true;
 }
 
-bool HeadlessDialogs::chooseRow(HWND dialog, int id, int row) {
+bool DialogHost::chooseRow(HWND dialog, int id, int row) {
     if (!actionable(dialog, id) || !m_model.select(dialog, id, row))
         return false;
     if (isListView(dialog, id)) {
@@ -335,7 +334,7 @@ bool HeadlessDialogs::chooseRow(HWND dialog, int id, int row) {
     return true;
 }
 
-bool HeadlessDialogs::doubleClickRow(HWND dialog, int id, int row) {
+bool DialogHost::doubleClickRow(HWND dialog, int id, int row) {
     if (!actionable(dialog, id) || !isListView(dialog, id) || !m_model.select(dialog, id, row))
         return false;
     NMLISTVIEW click{{m_model.controlHandle(dialog, id), unsigned(id), NM_DBLCLK}, row};
@@ -343,7 +342,7 @@ bool HeadlessDialogs::doubleClickRow(HWND dialog, int id, int row) {
     return true;
 }
 
-bool HeadlessDialogs::dragRow(HWND dialog, int id, int source, int target) {
+bool DialogHost::dragRow(HWND dialog, int id, int source, int target) {
     if (!actionable(dialog, id))
         return false;
     const auto box = m_reorderBoxes.find(m_model.controlHandle(dialog, id));
@@ -359,7 +358,7 @@ bool HeadlessDialogs::dragRow(HWND dialog, int id, int source, int target) {
     return true;
 }
 
-bool HeadlessDialogs::typeText(HWND dialog, int id, std::string text) {
+bool DialogHost::typeText(HWND dialog, int id, std::string text) {
     if (!actionable(dialog, id) || m_model.kind(dialog, id) != ControlKind::Edit)
         return false;
     // An edit of numbers takes only a number within its range, as its edit class would.
@@ -373,7 +372,7 @@ bool HeadlessDialogs::typeText(HWND dialog, int id, std::string text) {
     return true;
 }
 
-long HeadlessDialogs::send(HWND dialog, unsigned message, unsigned long wParam, long lParam) {
+long DialogHost::send(HWND dialog, unsigned message, unsigned long wParam, long lParam) {
     return deliver(dialog, message, wParam, lParam);
 }
 

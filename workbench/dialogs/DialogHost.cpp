@@ -1,4 +1,4 @@
-#include "workbench/dialogs/HeadlessDialogs.h"
+#include "workbench/dialogs/DialogHost.h"
 
 #include "workbench/data/VariableList.h"
 #include "workbench/dialogs/EditNumbers.h"
@@ -38,26 +38,18 @@ const char* orEmpty(const char* text) {
 
 } // namespace
 
-HeadlessDialogs::HeadlessDialogs(KeywordStore& keywords, const DataFile* file)
-    : m_keywords(keywords), m_file(file) {}
+DialogHost::DialogHost(DialogFrontEnd& frontEnd, KeywordStore& keywords, const DataFile* file)
+    : m_frontEnd(frontEnd), m_keywords(keywords), m_file(file) {}
 
-void HeadlessDialogs::presetVariableChoice(std::vector<short> first, std::vector<short> second) {
-    m_choices.push_back(VariableChoice{std::move(first), std::move(second)});
-}
-
-void HeadlessDialogs::presetVariableCancel() {
-    m_choices.push_back(std::nullopt);
-}
-
-bool HeadlessDialogs::hasControl(HWND dialog, int id) {
+bool DialogHost::hasControl(HWND dialog, int id) {
     return m_model.controlHandle(dialog, id) != nullptr;
 }
 
-HWND HeadlessDialogs::GetDlgItem(HWND dialog, int id) {
+HWND DialogHost::GetDlgItem(HWND dialog, int id) {
     return m_model.controlHandle(dialog, id);
 }
 
-int HeadlessDialogs::EnableWindow(HWND control, int enable) {
+int DialogHost::EnableWindow(HWND control, int enable) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return 0;
@@ -66,7 +58,7 @@ int HeadlessDialogs::EnableWindow(HWND control, int enable) {
     return wasDisabled ? 1 : 0;
 }
 
-int HeadlessDialogs::ShowWindow(HWND control, int show) {
+int DialogHost::ShowWindow(HWND control, int show) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return 0;
@@ -75,18 +67,18 @@ int HeadlessDialogs::ShowWindow(HWND control, int show) {
     return wasShown ? 1 : 0;
 }
 
-int HeadlessDialogs::CheckDlgButton(HWND dialog, int id, unsigned check) {
+int DialogHost::CheckDlgButton(HWND dialog, int id, unsigned check) {
     if (!hasControl(dialog, id))
         return 0;
     m_model.setChecked(dialog, id, check != 0);
     return 1;
 }
 
-unsigned HeadlessDialogs::IsDlgButtonChecked(HWND dialog, int id) {
+unsigned DialogHost::IsDlgButtonChecked(HWND dialog, int id) {
     return hasControl(dialog, id) && m_model.isChecked(dialog, id) ? 1 : 0;
 }
 
-long HeadlessDialogs::SendMessageA(HWND control, unsigned message, unsigned long wParam,
+long DialogHost::SendMessageA(HWND control, unsigned message, unsigned long wParam,
                                    long lParam) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
@@ -125,14 +117,14 @@ long HeadlessDialogs::SendMessageA(HWND control, unsigned message, unsigned long
     }
 }
 
-int HeadlessDialogs::SetDlgItemTextA(HWND dialog, int id, const char* text) {
+int DialogHost::SetDlgItemTextA(HWND dialog, int id, const char* text) {
     if (!hasControl(dialog, id))
         return 0;
     m_model.setText(dialog, id, orEmpty(text));
     return 1;
 }
 
-int HeadlessDialogs::GetDlgItemTextA(HWND dialog, int id, char* buffer, int size) {
+int DialogHost::GetDlgItemTextA(HWND dialog, int id, char* buffer, int size) {
     if (buffer == nullptr || size <= 0)
         return 0;
     buffer[0] = '\0';
@@ -145,7 +137,7 @@ int HeadlessDialogs::GetDlgItemTextA(HWND dialog, int id, char* buffer, int size
     return static_cast<int>(length);
 }
 
-int HeadlessDialogs::SetDlgItemInt(HWND dialog, int id, unsigned value, int isSigned) {
+int DialogHost::SetDlgItemInt(HWND dialog, int id, unsigned value, int isSigned) {
     if (!hasControl(dialog, id))
         return 0;
     m_model.setText(dialog, id,
@@ -154,7 +146,7 @@ int HeadlessDialogs::SetDlgItemInt(HWND dialog, int id, unsigned value, int isSi
     return 1;
 }
 
-int HeadlessDialogs::GetDlgItemInteger(HWND dialog, int id, short* value) {
+int DialogHost::GetDlgItemInteger(HWND dialog, int id, short* value) {
     if (value == nullptr || !hasControl(dialog, id))
         return 0;
     const auto number = readEditShort(m_model.text(dialog, id));
@@ -164,7 +156,7 @@ int HeadlessDialogs::GetDlgItemInteger(HWND dialog, int id, short* value) {
     return 1;
 }
 
-int HeadlessDialogs::SetDlgItemDouble(HWND dialog, int id, double value, unsigned char,
+int DialogHost::SetDlgItemDouble(HWND dialog, int id, double value, unsigned char,
                                       int digits) {
     if (!hasControl(dialog, id))
         return 0;
@@ -172,7 +164,7 @@ int HeadlessDialogs::SetDlgItemDouble(HWND dialog, int id, double value, unsigne
     return 1;
 }
 
-int HeadlessDialogs::GetDlgItemDouble(HWND dialog, int id, double* value) {
+int DialogHost::GetDlgItemDouble(HWND dialog, int id, double* value) {
     if (value == nullptr || !hasControl(dialog, id))
         return 0;
     const auto number = readEditNumber(m_model.text(dialog, id));
@@ -182,7 +174,7 @@ int HeadlessDialogs::GetDlgItemDouble(HWND dialog, int id, double* value) {
     return 1;
 }
 
-void HeadlessDialogs::InitStaticListBox(HWND control, const char* const* rows) {
+void DialogHost::InitStaticListBox(HWND control, const char* const* rows) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return;
@@ -192,7 +184,7 @@ void HeadlessDialogs::InitStaticListBox(HWND control, const char* const* rows) {
     m_model.setRows(ref->dialog, ref->id, std::move(texts));
 }
 
-void HeadlessDialogs::WriteVarListToCaption(HWND dialog, int id, int count, const short* vars) {
+void DialogHost::WriteVarListToCaption(HWND dialog, int id, int count, const short* vars) {
     if (!hasControl(dialog, id))
         return;
     std::string caption;
@@ -206,7 +198,7 @@ void HeadlessDialogs::WriteVarListToCaption(HWND dialog, int id, int count, cons
     m_model.setText(dialog, id, std::move(caption));
 }
 
-void HeadlessDialogs::checkChoice(const VariableDialogCall& call,
+void DialogHost::checkChoice(const VariableDialogCall& call,
                                   const VariableChoice& choice) const {
     const std::string where = "variable dialog \"" + call.title + "\": ";
     const int variables = m_file == nullptr ? 0 : m_file->variableCount();
@@ -230,16 +222,16 @@ void HeadlessDialogs::checkChoice(const VariableDialogCall& call,
                 throw std::invalid_argument(where + which + "stands in it twice");
         }
     };
-    checkList(choice.first, "first", call.min1, call.max1);
-    checkList(choice.second, "second", call.min2, call.max2);
-    const std::size_t both = choice.first.size() + choice.second.size();
+    checkList(choice.categorical, "first", call.min1, call.max1);
+    checkList(choice.continuous, "second", call.min2, call.max2);
+    const std::size_t both = choice.categorical.size() + choice.continuous.size();
     if (both > static_cast<std::size_t>(std::max(call.total, 0)))
         throw std::invalid_argument(where + std::to_string(both) +
                                     " variables in both lists; the dialog takes at most " +
                                     std::to_string(call.total));
 }
 
-int HeadlessDialogs::DoubleVarListDialog(HWND parent, unsigned short mode, const char* title,
+int DialogHost::DoubleVarListDialog(HWND parent, unsigned short mode, const char* title,
                                          const short* choices, int min1, int max1, int min2,
                                          int max2, int total, short* first, short* firstCount,
                                          short* second, short* secondCount, const char* caption1,
@@ -260,35 +252,37 @@ int HeadlessDialogs::DoubleVarListDialog(HWND parent, unsigned short mode, const
         call.choices.push_back(*choice);
     m_calls.push_back(std::move(call));
 
-    if (m_choices.empty())
-        return 0;
-    const std::optional<VariableChoice> answer = std::move(m_choices.front());
-    m_choices.pop_front();
+    const std::optional<VariableChoice> answer = answerVariableDialog(m_calls.back());
     if (!answer)
         return 0;
-    if (answer->fromMacro) {
-        try {
-            checkChoice(m_calls.back(), *answer);
-        } catch (const std::invalid_argument& refusal) {
-            m_refusedChoice = refusal.what();
-            return 0;
-        }
-    } else {
-        checkChoice(m_calls.back(), *answer);
-    }
     if (first == nullptr || firstCount == nullptr || second == nullptr || secondCount == nullptr)
         throw std::invalid_argument("DoubleVarListDialog: a list or count to write is null");
-    std::copy(answer->first.begin(), answer->first.end(), first);
-    *firstCount = static_cast<short>(answer->first.size());
-    std::copy(answer->second.begin(), answer->second.end(), second);
-    *secondCount = static_cast<short>(answer->second.size());
+    std::copy(answer->categorical.begin(), answer->categorical.end(), first);
+    *firstCount = static_cast<short>(answer->categorical.size());
+    std::copy(answer->continuous.begin(), answer->continuous.end(), second);
+    *secondCount = static_cast<short>(answer->continuous.size());
     if (m_command.first != nullptr && m_file != nullptr)
-        m_variableLists[m_command] =
-            formatVariableList(wb::VariableChoice{answer->first, answer->second}, *m_file);
+        m_variableLists[m_command] = formatVariableList(*answer, *m_file);
     return 1;
 }
 
-int HeadlessDialogs::GetInitKeyword(int section, const char* keyword, int*, int* second) {
+std::optional<VariableChoice> DialogHost::answerVariableDialog(const VariableDialogCall& call) {
+    if (std::optional<VariableChoice> macro = std::exchange(m_macroChoice, std::nullopt)) {
+        try {
+            checkChoice(call, *macro);
+        } catch (const std::invalid_argument& refusal) {
+            m_refusedChoice = refusal.what();
+            return std::nullopt;
+        }
+        return macro;
+    }
+    std::optional<VariableChoice> chosen = m_frontEnd.chooseVariables(call);
+    if (chosen)
+        checkChoice(call, *chosen);
+    return chosen;
+}
+
+int DialogHost::GetInitKeyword(int section, const char* keyword, int*, int* second) {
     if (keyword == nullptr || second == nullptr)
         return 0;
     const std::optional<int> value = m_keywords.get(section, keyword);
@@ -298,7 +292,7 @@ int HeadlessDialogs::GetInitKeyword(int section, const char* keyword, int*, int*
     return 1;
 }
 
-int HeadlessDialogs::PutInitKeyword(int section, const char* keyword, int*, int* second) {
+int DialogHost::PutInitKeyword(int section, const char* keyword, int*, int* second) {
     if (keyword == nullptr || second == nullptr)
         return 0;
     return m_keywords.put(section, keyword, *second) ? 1 : 0;

@@ -1,9 +1,10 @@
-// The headless host's windows: message delivery to a dialog's owner, modal dialogs played by
-// a responder, posted commands, the end of a modeless dialog, the user's actions, and
-// automation access to controls.
+// The dialog host's windows: message delivery to a dialog's owner, what it asks of its front
+// end, modal dialogs played by the headless responder, the end of a modeless dialog, the
+// user's actions, and automation access to controls.
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -53,9 +54,9 @@ public:
 using Modeless = RecordingDialog<CAnalysisModelessDialog>;
 using Modal = RecordingDialog<CAnalysisModalDialog>;
 
-class HeadlessWindowsTest : public test::AnalysisFixture {
+class DialogWindowsTest : public test::AnalysisFixture {
 protected:
-    HeadlessWindowsTest() {
+    DialogWindowsTest() {
         open(test::makeFile({{"A"}, {"B"}}, {{1, 2}}));
     }
 
@@ -68,19 +69,13 @@ protected:
     wb::AutomationRuntime& automation = session.automation();
 };
 
-TEST_F(HeadlessWindowsTest, ModelessDialogGetsInitAndEndsAfterTheMessage) {
+TEST_F(DialogWindowsTest, ModelessDialogGetsInitAndEndsAfterTheMessage) {
     Modeless owner(analysis, 4813);
     const HWND window = openPanel(owner);
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(owner.messages, std::vector<Message>{{WM_INITDIALOG}});
 
     std::vector<bool> openWhileHandling;
-    int closes = 0;
-    dialogs.setCloseHandler([&](HWND, int result, bool closeAnalysis) {
-        ++closes;
-        EXPECT_EQ(result, 0);
-        EXPECT_TRUE(closeAnalysis);
-    });
     owner.onCommand = [&](HWND, int id) {
         if (id == IDCANCEL) {
             owner.ExitDialog(0, 1, 0);
@@ -92,26 +87,65 @@ TEST_F(HeadlessWindowsTest, ModelessDialogGetsInitAndEndsAfterTheMessage) {
     EXPECT_FALSE(dialogs.isOpen(window));
     EXPECT_EQ(owner.GetSafeHwnd(), nullptr);
     EXPECT_EQ(owner.destroyed, 1);
-    EXPECT_EQ(closes, 1);
+    ASSERT_EQ(headless.closedDialogs().size(), 1u);
+    EXPECT_EQ(headless.closedDialogs()[0].dialog, window);
+    EXPECT_EQ(headless.closedDialogs()[0].result, 0);
+    EXPECT_TRUE(headless.closedDialogs()[0].closeAnalysis);
     EXPECT_THROW(owner.ThrowIfClosed(), CException);
-    dialogs.setCloseHandler(nullptr); // the analysis's own panel closes after the test
 }
 
-TEST_F(HeadlessWindowsTest, PostedCommandsFollowTheMessageBeingHandled) {
-    Modeless owner(analysis, 4813);
-    const HWND window = openPanel(owner);
-    owner.onCommand = [&](HWND dialog, int id) {
+// What the host asks of its front end, and when: a dialog's opening before its
+// WM_INITDIALOG, a modal dialog's turn after it, a posted command left to the front end's
+// loop, a modeless dialog's end after its window is gone.
+TEST_F(DialogWindowsTest, TheHostAsksItsFrontEndAtTheRightMoments) {
+    struct Recorder : wb::DialogFrontEnd {
+        std::vector<std::string> events;
+        std::vector<std::function<void()>> posted;
+        void runModal(HWND, int id) override { events.push_back("turn " + std::to_string(id)); }
+        std::optional<wb::VariableChoice> chooseVariables(const wb::VariableDialogCall&) override {
+            return std::nullopt;
+        }
+        int defineSelection(HWND) override { return 0; }
+        int defineWeight(HWND) override { return 0; }
+        int openFile(HWND) override { return 0; }
+        void opened(HWND, int id, bool modal) override {
+            events.push_back((modal ? "modal " : "modeless ") + std::to_string(id));
+        }
+        void closed(HWND, int result, bool) override {
+            events.push_back("closed " + std::to_string(result));
+        }
+        void post(std::function<void()> task) override {
+            events.push_back("post");
+            posted.push_back(std::move(task));
+        }
+        void deliveryFinished() override { events.push_back("done"); }
+    } frontEnd;
+    wb::DialogHost host(frontEnd, session.keywords());
+
+    Modeless panel(analysis, 4813);
+    panel.onCommand = [&](HWND dialog, int id) {
         if (id == 9056)
-            dialogs.PostCommand(dialog, 9077);
+            host.PostCommand(dialog, 9077);
     };
-    dialogs.click(window, 9056);
-    ASSERT_EQ(owner.messages.size(), 3u);
-    EXPECT_EQ(owner.messages[1].id, 9056);
-    EXPECT_EQ(owner.messages[2].id, 9077);
+    const HWND window = host.CreateDialogWindow(&panel, 4813, nullptr);
+    host.click(window, 9056);
+    EXPECT_EQ(panel.messages.size(), 2u) << "the posted command waits for the front end";
+    ASSERT_EQ(frontEnd.posted.size(), 1u);
+    frontEnd.posted[0]();
+    ASSERT_EQ(panel.messages.size(), 3u);
+    EXPECT_EQ(panel.messages[2].id, 9077);
+
+    Modal modal(analysis, 4818);
+    EXPECT_EQ(host.RunModalDialog(&modal, 4818, window), 0);
+    host.EndDialogWindow(window, 5, 0);
+    EXPECT_EQ(frontEnd.events,
+              (std::vector<std::string>{"modeless 4813", "done", "post", "done", "done",
+                                        "modal 4818", "done", "turn 4818", "done", "done",
+                                        "closed 5"}));
 }
 
 // How a modal dialog ends: the responder's choice, or IDCANCEL when it leaves the dialog open.
-TEST_F(HeadlessWindowsTest, ModalDialogsEndAsTheirResponderLeavesThem) {
+TEST_F(DialogWindowsTest, ModalDialogsEndAsTheirResponderLeavesThem) {
     const struct {
         const char* name;
         std::function<void(HWND)> play;
@@ -128,7 +162,7 @@ TEST_F(HeadlessWindowsTest, ModalDialogsEndAsTheirResponderLeavesThem) {
             if (id == IDOK)
                 dialog.ExitDialog(1, 0, 0);
         };
-        dialogs.setModalResponder([&](HWND d, int resource) {
+        headless.setModalResponder([&](HWND d, int resource) {
             EXPECT_EQ(resource, 4818);
             c.play(d);
         });
@@ -144,7 +178,7 @@ TEST_F(HeadlessWindowsTest, ModalDialogsEndAsTheirResponderLeavesThem) {
     EXPECT_EQ(dialogs.modalDialogsOpened(), (std::vector<int>{4818, 4818}));
 }
 
-TEST_F(HeadlessWindowsTest, UserActionsSendWhatAWindowSystemSends) {
+TEST_F(DialogWindowsTest, UserActionsSendWhatAWindowSystemSends) {
     Modeless owner(analysis, 4813);
     const HWND window = openPanel(owner);
     dialogs.InitStaticListBox(dialogs.GetDlgItem(window, 9053), std::vector<const char*>{"A", "B", nullptr}.data());
@@ -172,9 +206,9 @@ TEST_F(HeadlessWindowsTest, UserActionsSendWhatAWindowSystemSends) {
     EXPECT_EQ(owner.messages, expected);
 }
 
-TEST_F(HeadlessWindowsTest, ListViewRowsNotifyTheirItem) {
+TEST_F(DialogWindowsTest, ListViewRowsNotifyTheirItem) {
     Modal dialog(analysis, 4818);
-    dialogs.setModalResponder([&](HWND d, int) {
+    headless.setModalResponder([&](HWND d, int) {
         const HWND list = dialogs.GetDlgItem(d, 9102);
         dialogs.InsertListColumn(list, 0, "Category", 120, 0);
         dialogs.InsertListColumn(list, 1, "Count", 60, 1);
@@ -198,7 +232,7 @@ TEST_F(HeadlessWindowsTest, ListViewRowsNotifyTheirItem) {
 }
 
 // LB_INSERTSTRING and LB_DELETESTRING, with the selection following its row.
-TEST_F(HeadlessWindowsTest, ListBoxRowsMoveWithTheirSelection) {
+TEST_F(DialogWindowsTest, ListBoxRowsMoveWithTheirSelection) {
     const HWND list = dialogs.GetDlgItem(panel, 9053);
     dialogs.InitStaticListBox(list, std::vector<const char*>{"a", "b", "c", nullptr}.data());
     dialogs.SendMessageA(list, LB_SETCURSEL, 1, 0);
@@ -213,7 +247,7 @@ TEST_F(HeadlessWindowsTest, ListBoxRowsMoveWithTheirSelection) {
     EXPECT_EQ(dialogs.model().rows(panel, 9053), (std::vector<std::string>{"z", "a", "c"}));
 }
 
-TEST_F(HeadlessWindowsTest, ControlValuesForAutomation) {
+TEST_F(DialogWindowsTest, ControlValuesForAutomation) {
     Modeless owner(analysis, 4813);
     const HWND window = openPanel(owner);
     dialogs.SetIntEditRange(dialogs.GetDlgItem(window, 9070), 2, 999);
@@ -259,7 +293,7 @@ TEST_F(HeadlessWindowsTest, ControlValuesForAutomation) {
 
 // A button that opens the variable dialog takes the lists as text and reads as the lists it
 // last answered with.
-TEST_F(HeadlessWindowsTest, VariableButtonsTakeListsAsText) {
+TEST_F(DialogWindowsTest, VariableButtonsTakeListsAsText) {
     Modeless owner(analysis, 4813);
     openPanel(owner);
     const int nv = file.variableCount();
@@ -278,7 +312,7 @@ TEST_F(HeadlessWindowsTest, VariableButtonsTakeListsAsText) {
 
     const COleVariant unknown = COleVariant::Text(automation, "C");
     EXPECT_EQ(owner.SetOleProperty(9050, unknown), E_INVALIDARG);
-    EXPECT_EQ(dialogs.pendingVariableChoices(), 0u);
+    EXPECT_EQ(headless.pendingVariableChoices(), 0u);
 }
 
 } // namespace
