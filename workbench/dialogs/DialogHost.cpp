@@ -2,6 +2,7 @@
 
 #include "workbench/data/VariableList.h"
 #include "workbench/dialogs/EditNumbers.h"
+#include "workbench/text/Utf8.h"
 
 #include <algorithm>
 #include <charconv>
@@ -16,21 +17,6 @@
 namespace wb {
 
 namespace {
-
-// Bytes of `text` that fit into `limit` without cutting a UTF-8 character. Bytes that are
-// not UTF-8 are taken one by one.
-std::size_t utf8Prefix(const std::string& text, std::size_t limit) {
-    if (text.size() <= limit)
-        return text.size();
-    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
-    const auto continuation = [&](std::size_t at) { return (byte(at) & 0xC0) == 0x80; };
-    std::size_t start = limit;
-    while (start > 0 && limit - start < 3 && continuation(start))
-        --start;
-    const unsigned char lead = byte(start);
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-    return start < limit && start + length > limit ? start : limit;
-}
 
 const char* orEmpty(const char* text) {
     return text == nullptr ? "" : text;
@@ -131,7 +117,7 @@ int DialogHost::GetDlgItemTextA(HWND dialog, int id, char* buffer, int size) {
     if (!hasControl(dialog, id))
         return 0;
     const std::string& text = m_model.text(dialog, id);
-    const std::size_t length = utf8Prefix(text, static_cast<std::size_t>(size) - 1);
+    const std::size_t length = utf8PrefixLength(text, static_cast<std::size_t>(size) - 1);
     std::memcpy(buffer, text.data(), length);
     buffer[length] = '\0';
     return static_cast<int>(length);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "workbench/documents/CellText.h"
+#include "workbench/text/Markup.h"
 
 namespace wb {
 
@@ -53,32 +54,11 @@ void appendCell(std::string& html, const TableCell& cell, ColumnFormat format) {
 
 std::string htmlText(std::string_view text) {
     std::string html;
-    html.reserve(text.size());
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            html += "&amp;";
-            break;
-        case '<':
-            html += "&lt;";
-            break;
-        case '>':
-            html += "&gt;";
-            break;
-        case '"':
-            html += "&quot;";
-            break;
-        case '\'':
-            html += "&#39;";
-            break;
-        case '\n':
-            html += "<br>";
-            break;
-        default:
-            html += c;
-        }
-    }
-    return html;
+    std::size_t lineStart = 0;
+    for (std::size_t end; (end = text.find('\n', lineStart)) != std::string_view::npos;
+         lineStart = end + 1)
+        html += escapeMarkup(text.substr(lineStart, end - lineStart)) + "<br>";
+    return html + escapeMarkup(text.substr(lineStart));
 }
 
 std::string tableAnchor(const TableDocument& table) {

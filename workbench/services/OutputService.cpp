@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "workbench/documents/GraphStatistics.h"
+#include "workbench/text/Utf8.h"
 
 namespace wb {
 
@@ -16,61 +17,7 @@ namespace {
 constexpr unsigned char TextFormat = 156;
 constexpr signed char WholeFormat = -8;
 constexpr int TitleLines = 3;
-constexpr const char* Replacement = "\xEF\xBF\xBD"; // U+FFFD
 
-// Bytes a valid sequence starting at text[pos] has, 0 when it is invalid, -1 when it is
-// valid so far but runs past the end of the text.
-int sequenceLength(std::string_view text, std::size_t pos) {
-    const auto lead = static_cast<unsigned char>(text[pos]);
-    if (lead < 0x80)
-        return 1;
-    int length = 0;
-    unsigned char low = 0x80, high = 0xBF; // range of the second byte
-    if (lead >= 0xC2 && lead <= 0xDF) {
-        length = 2;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-        length = 3;
-        if (lead == 0xE0)
-            low = 0xA0; // no overlong forms
-        if (lead == 0xED)
-            high = 0x9F; // no surrogates
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-        length = 4;
-        if (lead == 0xF0)
-            low = 0x90;
-        if (lead == 0xF4)
-            high = 0x8F; // nothing above U+10FFFF
-    } else {
-        return 0;
-    }
-    for (int k = 1; k < length; ++k) {
-        if (pos + k >= text.size())
-            return -1;
-        const auto byte = static_cast<unsigned char>(text[pos + k]);
-        if (k == 1 ? (byte < low || byte > high) : (byte & 0xC0) != 0x80)
-            return 0;
-    }
-    return length;
-}
-
-// `text` with each invalid byte replaced by U+FFFD and a sequence cut at the end dropped.
-std::string validUtf8(std::string_view text) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t pos = 0; pos < text.size();) {
-        const int length = sequenceLength(text, pos);
-        if (length < 0)
-            break;
-        if (length == 0) {
-            out += Replacement;
-            ++pos;
-            continue;
-        }
-        out.append(text, pos, length);
-        pos += length;
-    }
-    return out;
-}
 
 void trimTrailingBlanks(std::string& text) {
     while (!text.empty() && (text.back() == ' ' || text.back() == '\0'))
@@ -116,7 +63,7 @@ std::string OutputService::fieldText(const char* field, int width) const {
     trimTrailingBlanks(text);
     text = m_tokens.replaceAll(text, true);
     trimTrailingBlanks(text); // long strings may end in blanks of their own
-    return validUtf8(text);
+    return toValidUtf8(text);
 }
 
 short OutputService::looka4(void* values, char* texts, const char* colFormat, const char* colHeads,

@@ -48,11 +48,15 @@ int characterLength(std::string_view text, std::size_t pos) {
 std::size_t utf8PrefixLength(std::string_view text, std::size_t maxBytes) {
     if (text.size() <= maxBytes)
         return text.size();
-    std::size_t length = maxBytes;
-    // A continuation byte at the cut means the cut falls inside a character.
-    while (length > 0 && isContinuationByte(text[length]))
-        --length;
-    return length;
+    // Back to the lead byte of the character at the cut (at most three steps), and cut
+    // before it only when it runs past the cut: bytes that are not UTF-8 (a continuation
+    // byte with no lead) are taken one by one rather than dropped.
+    std::size_t start = maxBytes;
+    while (start > 0 && maxBytes - start < 3 && isContinuationByte(text[start]))
+        --start;
+    const auto lead = static_cast<unsigned char>(text[start]);
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+    return start < maxBytes && start + length > maxBytes ? start : maxBytes;
 }
 
 std::size_t utf8CharacterCount(std::string_view text) {

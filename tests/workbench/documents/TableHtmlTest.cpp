@@ -40,7 +40,7 @@ TEST(TableHtmlTest, EscapesText) {
         const char* text;
         const char* expected;
     } rows[] = {
-        {"a < b && \"c\" > 'd'", "a &lt; b &amp;&amp; &quot;c&quot; &gt; &#39;d&#39;"},
+        {"a < b && \"c\" > 'd'", "a &lt; b &amp;&amp; &quot;c&quot; &gt; 'd'"}, // attributes are in double quotes
         {"Effectif\nCumulé", "Effectif<br>Cumulé"}, // line feeds break lines
         {"<br>", "&lt;br&gt;"},                     // marks in the text stay text
     };
