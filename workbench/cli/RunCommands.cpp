@@ -146,8 +146,9 @@ int runReport(const Arguments& arguments) {
         if (review && analysis.GetDrillReviewsSize() == 0)
             continue;
         OutputService& output = run.session().output();
-        output.setCurrentCommand(command);
+        output.store().beginCommand(command);
         (analysis.*result)(run.session().panel());
+        output.store().endCommand();
         if (!output.lastError().empty())
             throw DataError(output.lastError());
     }

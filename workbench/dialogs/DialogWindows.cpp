@@ -58,22 +58,24 @@ long DialogHost::deliver(HWND dialog, unsigned message, unsigned long wParam, lo
     if (target == nullptr)
         return 0;
     CAnalysisDialog* owner = target->owner;
+    if (message != WM_COMMAND)
+        return dispatch([&] { return owner->EventHandler(dialog, message, wParam, lParam); });
+    // The documents a command makes carry it: the command runs as one run of the store's.
     return dispatch([&] {
-        const auto previous = m_command;
-        if (message == WM_COMMAND) {
-            m_command = {dialog, LowWord(wParam)};
-            if (m_output != nullptr)
-                m_output->setCurrentCommand(m_command.second);
-        }
-        struct Restore {
+        struct CommandRun {
             DialogHost& host;
             std::pair<HWND, int> previous;
-            ~Restore() {
-                host.m_command = previous;
+            CommandRun(DialogHost& h, std::pair<HWND, int> command) : host(h), previous(h.m_command) {
+                host.m_command = command;
                 if (host.m_output != nullptr)
-                    host.m_output->setCurrentCommand(previous.second);
+                    host.m_output->store().beginCommand(command.second);
             }
-        } restore{*this, previous};
+            ~CommandRun() {
+                if (host.m_output != nullptr)
+                    host.m_output->store().endCommand();
+                host.m_command = previous;
+            }
+        } run(*this, {dialog, LowWord(wParam)});
         return owner->EventHandler(dialog, message, wParam, lParam);
     });
 }

@@ -9,6 +9,12 @@ namespace wb {
 
 namespace {
 
+// Tells the store, while it stands, that a macro changed the document's state.
+void TellChanged(const DocumentState& state) {
+    if (state.list != nullptr && state.list->changed)
+        state.list->changed(state.number);
+}
+
 using enum MemberAccess;
 using enum MemberType;
 
@@ -62,6 +68,7 @@ protected:
                 ((id == Width || id == Height) && value < 0))
                 return DISP_E_OVERFLOW;
             *field = value;
+            TellChanged(*m_state);
             return S_OK;
         }
         *result = COleVariant(static_cast<LONG>(*field)).Detach();
@@ -161,9 +168,10 @@ protected:
         case Saved:
         case Visible: {
             bool& flag = id == Saved ? m_state->saved : m_state->visible;
-            if (call.Access == Put)
+            if (call.Access == Put) {
                 flag = call.Arguments.at(0).lVal != 0;
-            else
+                TellChanged(*m_state);
+            } else
                 *result = COleVariant(static_cast<LONG>(flag ? 1 : 0)).Detach();
             return S_OK;
         }

@@ -16,6 +16,7 @@
 // for true. The objects share their state with the output that made them and stay valid
 // after it has gone.
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -42,9 +43,11 @@ struct DocumentWindowState {
     int state = 0;
 };
 
-// The documents of one output: which was activated last (its number, 0 for none).
+// The documents of one store: which was activated last (its number, 0 for none), and whom
+// to tell when a macro changes a document's state (empty once the store has gone).
 struct DocumentList {
     int active = 0;
+    std::function<void(int number)> changed;
 };
 
 struct DocumentState {

@@ -30,8 +30,8 @@ public:
     HeadlessFrontEnd(const HeadlessFrontEnd&) = delete;
     HeadlessFrontEnd& operator=(const HeadlessFrontEnd&) = delete;
 
-    // The parts a session takes; `documents` is told of every document (null: none).
-    FrontEnd bundle(DocumentSink* documents = nullptr) {
+    // The parts a session takes; `documents` follows the session's documents (null: none).
+    FrontEnd bundle(DocumentObserver* documents = nullptr) {
         return FrontEnd{m_messages, m_progress, *this, documents};
     }
     HeadlessMessages& messages() { return m_messages; }

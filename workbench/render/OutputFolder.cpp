@@ -1,5 +1,6 @@
 #include "workbench/render/OutputFolder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -201,20 +202,17 @@ void OutputFolder::makeFolder() const {
                           "': " + created.message());
 }
 
-void OutputFolder::addTable(const TableDocument& table) {
-    makeFolder();
-    const std::string stem = documentStem(table);
+OutputFolder::Entry OutputFolder::writeTable(const TableDocument& table,
+                                             const std::string& stem) const {
     Entry entry{table.number, table.title, stem, tableHtml(table), tableAnchor(table),
                 link(stem, ".html", "page") + ", " + link(stem, ".json", "JSON"), stem + ".html"};
-    writeFile(entry.stem + ".json", tableJsonText(table));
-    writeFile(entry.stem + ".html", htmlPage(table.title, entry.fragment));
-    m_entries.push_back(std::move(entry));
-    writeFile(IndexName, indexHtml());
+    writeFile(stem + ".json", tableJsonText(table));
+    writeFile(stem + ".html", htmlPage(table.title, entry.fragment));
+    return entry;
 }
 
-void OutputFolder::addGraph(const GraphDocument& graph) {
-    makeFolder();
-    const std::string stem = documentStem(graph);
+OutputFolder::Entry OutputFolder::writeGraph(const GraphDocument& graph,
+                                             const std::string& stem) const {
     // Both pictures are drawn before anything is written, so a failure leaves no file.
     const std::string svg = graphSvg(graph);
     const std::string png = graphPng(graph);
@@ -226,7 +224,33 @@ void OutputFolder::addGraph(const GraphDocument& graph) {
     writeFile(stem + ".json", graphJsonText(graph));
     writeFile(stem + ".svg", svg);
     writeFile(stem + ".png", png);
-    m_entries.push_back(std::move(entry));
+    return entry;
+}
+
+OutputFolder::Entry OutputFolder::write(const Document& document, const std::string& stem) const {
+    makeFolder();
+    return document.isTable() ? writeTable(document.table(), stem)
+                              : writeGraph(document.graph(), stem);
+}
+
+void OutputFolder::added(const Document& document) {
+    const std::string stem =
+        document.isTable() ? documentStem(document.table()) : documentStem(document.graph());
+    m_entries.push_back(write(document, stem));
+    writeFile(IndexName, indexHtml());
+}
+
+void OutputFolder::replaced(const Document& document) {
+    const auto entry = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&](const Entry& e) { return e.number == document.id; });
+    if (entry == m_entries.end())
+        return;
+    *entry = write(document, entry->stem);
+    writeFile(IndexName, indexHtml());
+}
+
+void OutputFolder::closed(const Document& document) {
+    std::erase_if(m_entries, [&](const Entry& e) { return e.number == document.id; });
     writeFile(IndexName, indexHtml());
 }
 

@@ -1,5 +1,6 @@
 #pragma once
-// The headless host's output: every document of a session as files in one folder.
+// The headless front end's view of the document store: every document of a session as
+// files in one folder.
 //
 // For each table, as soon as it is made:
 //   NNN-<slug>.json  the document for programs (TableJson.h)
@@ -8,10 +9,12 @@
 //   NNN-<slug>.json  the document for programs (GraphJson.h)
 //   NNN-<slug>.svg   the picture, with tooltips (workbench/render/GraphRenderer.h)
 //   NNN-<slug>.png   the same picture as an image
-// and after each document:
-//   index.html       rewritten: the list of the session's documents in order, then all of
-//                    them, tables and pictures, so that the whole session reads in a
-//                    browser from one page.
+// and after each change:
+//   index.html       rewritten: the list of the session's live documents in window order,
+//                    then all of them, tables and pictures, so that the whole session reads
+//                    in a browser from one page.
+// A replaced document's files are rewritten in place, under the names they had; a closed
+// document leaves the index (its files stay).
 // NNN is the document's number, zero-padded to three digits; the slug comes from its title.
 //
 // Every file is written to a temporary file beside it and renamed into place, so a reader
@@ -25,7 +28,7 @@
 #include <string_view>
 #include <vector>
 
-#include "workbench/documents/DocumentSink.h"
+#include "workbench/documents/DocumentStore.h"
 
 namespace wb {
 
@@ -35,7 +38,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-class OutputFolder : public DocumentSink {
+class OutputFolder : public DocumentObserver {
 public:
     static constexpr std::string_view DefaultFolder = "drilldown-out";
 
@@ -47,9 +50,12 @@ public:
 
     // Write the document's files and the index; throw OutputError (RenderError when a
     // picture cannot be drawn). A document whose own files could not be written is left out
-    // of the index.
-    void addTable(const TableDocument& table) override;
-    void addGraph(const GraphDocument& graph) override;
+    // of the index (a replaced one keeps its former entry).
+    void added(const Document& document) override;
+    void replaced(const Document& document) override;
+    void closed(const Document& document) override;
+    // Nothing of a window's state shows in the files.
+    void stateChanged(const Document&) override {}
 
     // The base names (NNN-slug) of the documents written to the current folder, in order.
     std::vector<std::string> stems() const;
@@ -67,6 +73,10 @@ private:
         std::string shown; // the file that shows it
     };
 
+    // Writes the document's files under `stem`; its entry in the index.
+    Entry write(const Document& document, const std::string& stem) const;
+    Entry writeTable(const TableDocument& table, const std::string& stem) const;
+    Entry writeGraph(const GraphDocument& graph, const std::string& stem) const;
     void makeFolder() const;
     void writeFile(const std::string& name, std::string_view content) const;
     std::string indexHtml() const;

@@ -81,7 +81,6 @@ short OutputService::looka4(void* values, char* texts, const char* colFormat, co
 
     try {
         TableDocument table;
-        table.command = m_command;
         if (titles != nullptr) {
             std::string lines[TitleLines];
             for (int line = 0; line < TitleLines; ++line)
@@ -178,24 +177,8 @@ std::string OutputService::cText(const char* text) const {
 }
 
 int OutputService::keep(Document document) {
-    std::visit([&](auto& made) {
-        made.command = m_command;
-        made.number = static_cast<int>(m_documents.size()) + 1;
-    }, document.content);
-    auto state = std::make_shared<DocumentState>();
-    state->number = document.number();
-    state->name = document.name();
-    state->list = m_list;
-    m_states.push_back(std::move(state));
-    m_documents.push_back(std::move(document));
-    if (m_sink == nullptr)
-        return 1;
     try {
-        const Document& kept = m_documents.back();
-        if (kept.isTable())
-            m_sink->addTable(kept.table());
-        else
-            m_sink->addGraph(kept.graph());
+        m_store.add(std::move(document));
         return 1;
     } catch (const std::exception& error) {
         m_lastError = error.what();
@@ -391,9 +374,9 @@ void OutputService::setAutomation(HostAutomation* automation) {
 }
 
 IDispatch* OutputService::documentObject(std::size_t index) const {
-    if (m_automation == nullptr || index >= m_states.size())
+    if (m_automation == nullptr || index >= documents().size())
         return nullptr;
-    return NewDocumentObject(*m_automation, m_states[index]);
+    return NewDocumentObject(*m_automation, m_store.state(documents()[index].id));
 }
 
 } // namespace wb

@@ -1,14 +1,14 @@
 #pragma once
-// The headless host's output: looka4 turns the module's arrays into a TableDocument, the
-// chart calls make a GraphDocument; each is kept in the session's one list of documents
-// and handed to a DocumentSink (an OutputFolder for the command line).
+// The module's output: looka4 turns the module's arrays into a TableDocument, the chart
+// calls make a GraphDocument; each goes into the session's document store, whose observers
+// (an output folder, a window area) show it.
 //
 // To use it:
-//   1. make it, give it a sink with setSink (the caller owns the sink; none keeps the
-//      documents in memory only) and the file block that the data service registered with
-//      setFileBlock, for the row heading; the data file with setDataFile, for the graphs
-//      drawn from the cases;
-//   2. before each result command, setCurrentCommand(control id of its button); 0 after;
+//   1. make it over the store, give it the file block that the data service registered with
+//      setFileBlock, for the row heading, and the data file with setDataFile, for the
+//      graphs drawn from the cases;
+//   2. run each result command inside the store's beginCommand/endCommand, so that its
+//      documents carry the command;
 //   3. read documents() and, when looka4 gave 0, lastError().
 //
 // Decoding the arrays (cell (row, col) is element rows * col + row of values and texts):
@@ -24,10 +24,11 @@
 //
 // Failures: arguments that do not describe a table (negative sizes, sizes that disagree
 // with their repetition, a missing array, a width below 1) give 0 and nothing is made. A
-// sink that throws gives 0 too; the document stays in documents() and keeps its number.
+// store observer that throws gives 0 too; the document stays in documents() and keeps its
+// number.
 // Either way lastError() tells why, until clearError(). No exception leaves looka4. The
 // chart calls fail the same way: nothing made for arguments that describe no graph, the
-// document kept when only the sink failed.
+// document kept when only an observer failed.
 
 #include <memory>
 #include <string>
@@ -38,41 +39,34 @@
 #include "workbench/data/DataFile.h"
 #include "workbench/documents/Document.h"
 #include "workbench/documents/DocumentObject.h"
-#include "workbench/documents/DocumentSink.h"
+#include "workbench/documents/DocumentStore.h"
 #include "workbench/text/TokenTable.h"
 
 namespace wb {
 
 class OutputService : public HostOutput {
 public:
-    explicit OutputService(TokenTable& tokens = TokenTable::shared()) : m_tokens(tokens) {}
+    explicit OutputService(DocumentStore& store, TokenTable& tokens = TokenTable::shared())
+        : m_store(store), m_tokens(tokens) {}
     OutputService(const OutputService&) = delete;
     OutputService& operator=(const OutputService&) = delete;
 
-    // Null: documents are only kept in documents().
-    void setSink(DocumentSink* sink) { m_sink = sink; }
     // The module's file block as registered with InitCommons; null: no row heading.
     void setFileBlock(const VmkTag* vmk) { m_vmk = vmk; }
-    // Control id given to the documents made from now on; 0 for none.
-    void setCurrentCommand(int command) { m_command = command; }
-    int currentCommand() const { return m_command; }
 
     // The data file the graphs of box plots, scatterplots and 3D histograms read; the
     // caller keeps it alive. Null: those graphs cannot be drawn.
     void setDataFile(const DataFile* file) { m_file = file; }
 
-    // Every table and graph of the session, numbered from 1 in the order made.
-    const std::vector<Document>& documents() const { return m_documents; }
+    DocumentStore& store() { return m_store; }
+    // The session's live tables and graphs, in window order.
+    const std::vector<Document>& documents() const { return m_store.documents(); }
 
     // The runtime of the documents' automation objects; registers their type library.
     void setAutomation(HostAutomation* automation);
     // A new automation object of documents()[index], with one reference for the caller;
     // null without a runtime or for an index out of range.
     IDispatch* documentObject(std::size_t index) const;
-    // What the documents' automation objects wrote, by index.
-    const DocumentState& documentState(std::size_t index) const { return *m_states.at(index); }
-    // The number of the document activated last, 0 for none.
-    int activeDocument() const { return m_list->active; }
     // Why the latest failed looka4 failed; empty when none failed since clearError.
     const std::string& lastError() const { return m_lastError; }
     void clearError() { m_lastError.clear(); }
@@ -135,21 +129,17 @@ private:
     std::string fieldText(const char* field, int width) const;
     // The same for a C string; empty for null.
     std::string cText(const char* text) const;
-    // Keeps the document, numbers it and hands it to the sink; 1, or 0 when the sink
-    // refused it (lastError tells why).
+    // Keeps the document in the store; 1, or 0 when an observer refused it (lastError
+    // tells why).
     int keep(Document document);
     // The variables of a host graph, checked against the file; empty with lastError set
     // when one is not in it.
     std::vector<int> fileVariables(const short* variables, int count, const char* what);
 
+    DocumentStore& m_store;
     TokenTable& m_tokens;
-    DocumentSink* m_sink = nullptr;
     const VmkTag* m_vmk = nullptr;
-    int m_command = 0;
     const DataFile* m_file = nullptr;
-    std::vector<Document> m_documents;
-    std::vector<std::shared_ptr<DocumentState>> m_states; // one per document
-    std::shared_ptr<DocumentList> m_list = std::make_shared<DocumentList>();
     HostAutomation* m_automation = nullptr;
     std::string m_lastError;
 };

@@ -17,7 +17,8 @@ AnalysisSession::AnalysisSession(FrontEnd frontEnd, SessionOptions options)
     m_dialogs.setOutput(&m_output);
     m_dialogs.setNewFile(&m_newFile);
     m_output.setAutomation(&m_automation);
-    m_output.setSink(m_frontEnd.documents);
+    if (m_frontEnd.documents != nullptr)
+        m_documents.addObserver(*m_frontEnd.documents);
     m_output.setDataFile(&m_file);
     m_data.setDataFile(&m_file);
 }

@@ -46,8 +46,8 @@ struct FrontEnd {
     HostMessages& messages;
     HostProgress& progress;
     DialogFrontEnd& dialogs;
-    // Told of every document as it is made; null keeps them in the session only.
-    DocumentSink* documents = nullptr;
+    // Follows the session's documents (an output folder); null: they stay in the session.
+    DocumentObserver* documents = nullptr;
 };
 
 struct SessionOptions {
@@ -102,6 +102,7 @@ public:
     TextService& text() { return m_text; }
     DialogHost& dialogs() { return m_dialogs; }
     OutputService& output() { return m_output; }
+    DocumentStore& documents() { return m_documents; }
     NewFileService& newFile() { return m_newFile; }
     AutomationRuntime& automation() { return m_automation; }
     KeywordStore& keywords() { return m_keywords; }
@@ -123,7 +124,8 @@ private:
     AutomationRuntime m_automation;
     DialogHost m_dialogs;
     NewFileService m_newFile;
-    OutputService m_output;
+    DocumentStore m_documents;
+    OutputService m_output{m_documents};
     // Last, so that it ends the analysis before the services it uses go.
     ModuleLoader m_loader;
     CDrillDown* m_analysis = nullptr;

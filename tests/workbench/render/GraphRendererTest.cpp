@@ -43,7 +43,7 @@ bool contains(const std::vector<std::string>& texts, const std::string& text) {
 
 class GraphRendererTest : public ::testing::Test {
 protected:
-    GraphRendererTest() : output(tokens), file(wb::testing::sampleSurvey()) {
+    GraphRendererTest() : file(wb::testing::sampleSurvey()) {
         output.setDataFile(&file);
     }
     const wb::GraphDocument& made(int result) {
@@ -52,7 +52,8 @@ protected:
     }
 
     wb::TokenTable tokens;
-    wb::OutputService output;
+    wb::DocumentStore store;
+    wb::OutputService output{store, tokens};
     wb::DataFile file;
 };
 

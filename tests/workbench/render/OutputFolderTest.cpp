@@ -66,7 +66,7 @@ TEST(OutputFolderTest, WritesEachTableAndIndexesTheSessionInOrder) {
     const wb::TableDocument tables[] = {titled(1, "Résumé"), titled(2, "Fréquences"),
                                         titled(3, "Statistiques descriptives")};
     for (const auto& table : tables)
-        output.addTable(table);
+        output.added(wb::Document{table});
 
     EXPECT_EQ(fileNames(folder),
               (std::set<std::string>{"001-resume.json", "001-resume.html", "002-frequences.json",
@@ -106,11 +106,11 @@ TEST(OutputFolderTest, GraphsHaveTheirPicturesAndStandInTheIndexWithTheTables) {
     wb::testing::TempDir dir;
     const fs::path folder = dir.path("out");
     wb::OutputFolder output(folder);
-    output.addTable(titled(1, "Résumé"));
+    output.added(wb::Document{titled(1, "Résumé")});
     const wb::GraphDocument graph = graphTitled(2, "Histogramme de la variable étudiée : SEX");
-    output.addGraph(graph);
-    output.addTable(titled(3, "Fréquences"));
-    output.addGraph(graphTitled(4, ""));
+    output.added(wb::Document{graph});
+    output.added(wb::Document{titled(3, "Fréquences")});
+    output.added(wb::Document{graphTitled(4, "")});
 
     const std::string stem = "002-histogramme-de-la-variable-etudiee-sex";
     EXPECT_EQ(fileNames(folder),
@@ -137,9 +137,30 @@ TEST(OutputFolderTest, GraphsHaveTheirPicturesAndStandInTheIndexWithTheTables) {
               std::string::npos);
 }
 
+// A document refreshed in place keeps its files' names, whatever its new title; a closed one
+// leaves the index and keeps its files.
+TEST(OutputFolderTest, ReplacedDocumentsAreRewrittenInPlaceAndClosedOnesLeaveTheIndex) {
+    wb::testing::TempDir dir;
+    const fs::path folder = dir.path("out");
+    wb::OutputFolder output(folder);
+    const wb::Document first{titled(1, "Résumé"), 1};
+    output.added(first);
+    output.added(wb::Document{titled(2, "Fréquences"), 2});
+    const wb::Document refreshed{titled(1, "Résumé après le filtre"), 1};
+    output.replaced(refreshed);
+    output.closed(wb::Document{titled(2, "Fréquences"), 2});
+
+    EXPECT_EQ(readFile(folder / "001-resume.json"), wb::tableJsonText(refreshed.table()));
+    EXPECT_EQ(output.shownFiles(), std::vector<std::string>{"001-resume.html"});
+    const std::string index = readFile(folder / "index.html");
+    EXPECT_NE(index.find("Résumé après le filtre"), std::string::npos);
+    EXPECT_EQ(index.find("Fréquences"), std::string::npos);
+    EXPECT_TRUE(fs::exists(folder / "002-frequences.json"));
+}
+
 std::string failureOf(wb::OutputFolder& output) {
     try {
-        output.addTable(titled(1, "x"));
+        output.added(wb::Document{titled(1, "x")});
     } catch (const wb::OutputError& error) {
         return error.what();
     }

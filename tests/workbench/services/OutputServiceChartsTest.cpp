@@ -27,11 +27,12 @@ using wb::testing::ModuleChart;
 
 class OutputServiceChartsTest : public ::testing::Test {
 protected:
-    OutputServiceChartsTest() : output(tokens) {}
+    OutputServiceChartsTest() : output(store, tokens) {}
 
     const wb::GraphDocument& lastGraph() const { return output.documents().back().graph(); }
 
     wb::TokenTable tokens;
+    wb::DocumentStore store;
     wb::OutputService output;
 };
 
@@ -55,7 +56,7 @@ TEST_F(OutputServiceChartsTest, HistogramRequestKeepsSeriesRangesLabelsAndTitles
     chart.xLabel(3, 3, "Sud   ");
     for (int k = 0; k <= 10; ++k)
         chart.yLabel(k, 5.0 * k, std::to_string(5 * k));
-    output.setCurrentCommand(9061);
+    store.beginCommand(9061);
 
     ASSERT_EQ(chart.send(output), 1) << output.lastError();
     const wb::GraphDocument& graph = lastGraph();
@@ -162,14 +163,16 @@ TEST_F(OutputServiceChartsTest, RefusesRequestsThatDescribeNoChart) {
     EXPECT_TRUE(output.documents().empty()) << "nothing is made";
 }
 
-// Keeps what it is given; refuses graphs while `failing` is set.
-struct GraphSink : wb::DocumentSink {
-    void addTable(const wb::TableDocument& table) override { numbers.push_back(table.number); }
-    void addGraph(const wb::GraphDocument& graph) override {
-        if (failing)
+// Keeps the ids of what is added; refuses graphs while `failing` is set.
+struct GraphSink : wb::DocumentObserver {
+    void added(const wb::Document& document) override {
+        if (failing && document.isGraph())
             throw std::runtime_error("cannot write 002-x.svg in the output folder 'out'");
-        numbers.push_back(graph.number);
+        numbers.push_back(document.id);
     }
+    void replaced(const wb::Document&) override {}
+    void closed(const wb::Document&) override {}
+    void stateChanged(const wb::Document&) override {}
     bool failing = false;
     std::vector<int> numbers;
 };
@@ -190,7 +193,7 @@ TEST_F(OutputServiceChartsTest, TablesAndGraphsShareOneListAndOneNumbering) {
     wb::Dispatcher dispatcher(automation);
     output.setAutomation(&automation);
     GraphSink sink;
-    output.setSink(&sink);
+    store.addObserver(sink);
 
     ASSERT_EQ(emitTable(output, "Résumé"), 1);
     ModuleChart chart(5, 1, 1);
@@ -207,7 +210,7 @@ TEST_F(OutputServiceChartsTest, TablesAndGraphsShareOneListAndOneNumbering) {
     EXPECT_EQ(sink.numbers, (std::vector<int>{1, 2, 3}));
     const bool isGraph[] = {false, true, false, true};
     for (std::size_t k = 0; k < 4; ++k) {
-        EXPECT_EQ(output.documents()[k].number(), static_cast<int>(k) + 1);
+        EXPECT_EQ(output.documents()[k].id, static_cast<int>(k) + 1);
         EXPECT_EQ(output.documents()[k].isGraph(), isGraph[k]);
     }
 

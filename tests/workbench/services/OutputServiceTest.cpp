@@ -48,8 +48,9 @@ struct ModuleTable {
 
 class OutputServiceTest : public ::testing::Test {
 protected:
-    OutputServiceTest() : output(tokens) {}
+    OutputServiceTest() : output(store, tokens) {}
     wb::TokenTable tokens;
+    wb::DocumentStore store;
     wb::OutputService output;
 };
 
@@ -114,40 +115,6 @@ TEST_F(OutputServiceTest, DecodesTextsOfEveryField) {
     EXPECT_EQ(doc.columns[0].head2, "\xEF\xBF\xBD");
     EXPECT_EQ(doc.rows[0].name, "AGE");
     EXPECT_EQ(doc.rows[1].name, "REVENU_ANNUEL_BRUT");
-}
-
-// Keeps the numbers of what it is given; throws while `failing` is set.
-struct RecordingSink : wb::DocumentSink {
-    void addTable(const wb::TableDocument& table) override {
-        if (failing)
-            throw std::runtime_error("cannot write 002-x.json in the output folder 'out'");
-        numbers.push_back(table.number);
-    }
-    void addGraph(const wb::GraphDocument& graph) override {
-        if (failing)
-            throw std::runtime_error("cannot write 002-x.svg in the output folder 'out'");
-        numbers.push_back(graph.number);
-    }
-    bool failing = false;
-    std::vector<int> numbers;
-};
-
-TEST_F(OutputServiceTest, NumbersDocumentsAndReportsFailingSink) {
-    RecordingSink sink;
-    output.setSink(&sink);
-    ModuleTable table(1, 1);
-    for (const bool failing : {false, true, false}) {
-        sink.failing = failing;
-        output.setCurrentCommand(failing ? 0 : 9059);
-        EXPECT_EQ(table.emit(output), failing ? 0 : 1);
-    }
-    EXPECT_EQ(output.lastError(), "cannot write 002-x.json in the output folder 'out'")
-        << "kept after a later success";
-    ASSERT_EQ(output.documents().size(), 3u) << "a table the sink refused is still made";
-    EXPECT_EQ(output.documents()[1].command(), 0);
-    EXPECT_EQ(output.documents()[2].command(), 9059);
-    EXPECT_EQ(output.documents()[2].number(), 3);
-    EXPECT_EQ(sink.numbers, (std::vector<int>{1, 3}));
 }
 
 TEST_F(OutputServiceTest, RefusesArgumentsThatDescribeNoTable) {

@@ -1,0 +1,122 @@
+// The document store: stable ids, output numbers counted afresh for each run of a command,
+// and observers told of every change in order.
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "workbench/documents/DocumentStore.h"
+#include "workbench/services/OutputService.h"
+
+namespace {
+
+wb::Document titled(const std::string& title) {
+    wb::TableDocument table;
+    table.title = title;
+    return wb::Document{table};
+}
+
+// Writes down each change as "added 3", "replaced 3", ...; throws on adding while `failing`.
+struct Recorder : wb::DocumentObserver {
+    void added(const wb::Document& d) override {
+        if (failing)
+            throw std::runtime_error("cannot write 002-x.json in the output folder 'out'");
+        events.push_back("added " + std::to_string(d.id));
+    }
+    void replaced(const wb::Document& d) override {
+        events.push_back("replaced " + std::to_string(d.id) + " " + d.name());
+    }
+    void closed(const wb::Document& d) override { events.push_back("closed " + std::to_string(d.id)); }
+    void stateChanged(const wb::Document& d) override {
+        events.push_back("state " + std::to_string(d.id));
+    }
+    bool failing = false;
+    std::vector<std::string> events;
+};
+
+TEST(DocumentStore, IdsStayAndOutputsCountAfreshForEachRunOfACommand) {
+    wb::DocumentStore store;
+    Recorder recorder;
+    store.addObserver(recorder);
+    store.add(titled("outside any command"));
+    store.beginCommand(9059);
+    store.add(titled("a"));
+    store.beginCommand(9077); // posted inside the first, with a run of its own
+    store.add(titled("b"));
+    store.endCommand();
+    store.add(titled("c"));
+    store.endCommand();
+    store.beginCommand(9059); // the same command again starts again at 1
+    store.add(titled("d"));
+    store.endCommand();
+
+    const struct {
+        int id, command, output;
+    } expected[] = {{1, 0, 0}, {2, 9059, 1}, {3, 9077, 1}, {4, 9059, 2}, {5, 9059, 1}};
+    ASSERT_EQ(store.documents().size(), std::size(expected));
+    for (std::size_t k = 0; k < std::size(expected); ++k) {
+        const wb::Document& d = store.documents()[k];
+        EXPECT_EQ(d.id, expected[k].id) << k;
+        EXPECT_EQ(d.command, expected[k].command) << k;
+        EXPECT_EQ(d.output, expected[k].output) << k;
+        EXPECT_EQ(d.table().number, d.id) << "the content carries its id";
+    }
+    EXPECT_EQ(store.find(9059, 1)->name(), "a") << "the first live document of the key";
+
+    store.replace(2, titled("a again"));
+    store.close(3);
+    store.add(titled("e"));
+    EXPECT_EQ(store.find(2)->name(), "a again");
+    EXPECT_EQ(store.find(2)->output, 1) << "a replaced document keeps its key";
+    EXPECT_EQ(store.documents()[1].id, 2) << "and its place";
+    EXPECT_EQ(store.find(3), nullptr);
+    EXPECT_EQ(store.documents().back().id, 6) << "ids are never reused";
+    EXPECT_EQ(recorder.events,
+              (std::vector<std::string>{"added 1", "added 2", "added 3", "added 4", "added 5",
+                                        "replaced 2 a again", "closed 3", "added 6"}));
+}
+
+TEST(DocumentStore, AMacroMovingAWindowAndClosingADocumentAreTold) {
+    wb::DocumentStore store;
+    Recorder recorder;
+    store.addObserver(recorder);
+    const int id = store.add(titled("a"));
+    const std::shared_ptr<wb::DocumentState> state = store.state(id);
+    ASSERT_NE(state, nullptr);
+    state->window.left = 40;
+    state->list->changed(state->number); // what the window object does after a put
+    store.close(id);
+    EXPECT_TRUE(state->closed) << "closing raises the document's close event";
+    EXPECT_EQ(recorder.events, (std::vector<std::string>{"added 1", "state 1", "closed 1"}));
+}
+
+// An observer that cannot show a document (a full disk) does not unmake it: the output
+// service gives 0 with the observer's reason, and the document keeps its id.
+TEST(DocumentStore, AnObserverThatFailsLeavesTheDocumentMade) {
+    wb::DocumentStore store;
+    wb::TokenTable tokens;
+    wb::OutputService output(store, tokens);
+    Recorder recorder;
+    store.addObserver(recorder);
+    double value = 1;
+    char text[8] = {}, format[1] = {}, head[9] = "N", name[13] = "Total";
+    std::vector<char> titles(240, ' ');
+    short zero = 0, one = 1;
+    const auto emit = [&] {
+        return output.looka4(&value, text, format, head, nullptr, name, titles.data(), 1, 1, 1,
+                             1, 16, 6, 14, 10, 80, 1, 0, 12, 8, 8, 9217, 0, nullptr, nullptr,
+                             nullptr, &zero, &one, &one);
+    };
+    for (const bool failing : {false, true, false}) {
+        recorder.failing = failing;
+        EXPECT_EQ(emit(), failing ? 0 : 1);
+    }
+    EXPECT_EQ(output.lastError(), "cannot write 002-x.json in the output folder 'out'")
+        << "kept after a later success";
+    ASSERT_EQ(store.documents().size(), 3u);
+    EXPECT_EQ(store.documents()[2].id, 3);
+    EXPECT_EQ(recorder.events, (std::vector<std::string>{"added 1", "added 3"}));
+}
+
+} // namespace
