@@ -14,16 +14,6 @@ namespace {
 
 const std::string Sample = DD_SOURCE_DIR "/examples/sample.csv";
 
-TEST(RunCommands, DumpShowsTheDrilledState) {
-    const CliRun run = runCli("dump " + Sample + " --down 'REGION SEX | AGE' --drill SEX=@1");
-    ASSERT_EQ(run.status, 0) << run.err;
-    const auto state = nlohmann::json::parse(run.out);
-    ASSERT_EQ(state["DrillUps"].size(), 1u);
-    EXPECT_EQ(state["DrillUps"][0]["Name"], "SEX");
-    EXPECT_EQ(state["DrillUps"][0]["DrilledItem"], 1);
-    EXPECT_EQ(state["DrillDowns"].size(), 2u);
-}
-
 TEST(RunCommands, WrongStepsNameWhatIsWrong) {
     struct Case {
         const char* arguments;
