@@ -1,8 +1,8 @@
 #pragma once
-// The headless host's automation runtime: BSTRs from the C heap with a ledger of those
+// The workbench's automation runtime: BSTRs from the C heap with a ledger of those
 // still out, error objects kept per thread, and the type-library registry.
 //
-// To use it: make one, put it into the services with HeadlessHost::setAutomation, and let
+// To use it: make one, put it into the services with the session's services (AnalysisSession does), and let
 // the module register its library at load. Tests read outstandingStrings() to see strings
 // nobody freed, and failStringAllocation to walk the paths of exhausted memory.
 //

@@ -143,7 +143,7 @@ public:
     int RunModalDialog(CAnalysisDialog* owner, int resourceId, HWND parent) override;
     void EndDialogWindow(HWND dialog, int result, int closeAnalysis) override;
     int IsWindow(HWND window) override { return isOpen(window) ? 1 : 0; }
-    // The headless host has no fonts or help to set up.
+    // The workbench sets up no fonts or help for a dialog.
     void InitOpeningDialog(HWND) override {}
     void PostCommand(HWND dialog, int id) override;
     // Also writes the pages' titles as the rows of the tab control.

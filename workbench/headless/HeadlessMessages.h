@@ -1,5 +1,5 @@
 #pragma once
-// The headless host's messages: each one is kept for whoever drives the module (the
+// The headless front end's messages: each one is kept for whoever drives the module (the
 // command line, a test) and echoed as one line "drilldown: <text>" to a stream, standard
 // error unless told otherwise.
 

@@ -1,5 +1,5 @@
 #pragma once
-// The headless host's progress display and user break.
+// The headless front end's progress display and user break.
 //
 // The module opens the display with dstart(total), then says nothing until dstop, but it
 // calls lookbr once for every case it reads; so lookbr is what moves the bar. The bar is

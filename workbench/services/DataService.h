@@ -1,5 +1,5 @@
 #pragma once
-// The headless host's data service: the module's view of one wb::DataFile.
+// The workbench's data service: the module's view of one wb::DataFile.
 //
 // The host owns the file; this service only points at it. InitCommons registers the
 // module's blocks and fills them; setDataFile refills registered blocks, so a replaced

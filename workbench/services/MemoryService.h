@@ -1,5 +1,5 @@
 #pragma once
-// The headless host's memory: zero-filled blocks from the C heap, with a ledger of the
+// The workbench's memory service: zero-filled blocks from the C heap, with a ledger of the
 // blocks given out so that tests can see what was not freed, and failure injection so
 // that they can walk the module's paths for exhausted memory.
 

@@ -1,5 +1,5 @@
 #pragma once
-// The headless host's new-file service: the module's new data files, written as native
+// The workbench's new-file service: the module's new data files, written as native
 // files (workbench/data/NativeFile.h) into an output folder.
 //
 // The life of one file:

@@ -1,5 +1,5 @@
 #pragma once
-// The headless host's text service: tokens, formatting marks, number text and scales.
+// The workbench's text service: tokens, formatting marks, number text and scales.
 //
 // Inline formatting marks are the tags <b> </b> <i> </i> <u> </u> <sub> </sub> <sup>
 // </sup>, in any letter case. StripFormatting removes exactly these; any other '<' and

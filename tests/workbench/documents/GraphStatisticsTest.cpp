@@ -106,13 +106,13 @@ double sampleSd(const std::vector<double>& values) {
     return std::sqrt(squares / (values.size() - 1));
 }
 
-class HostGraphsTest : public ::testing::Test {
+class GraphStatisticsTest : public ::testing::Test {
 protected:
-    HostGraphsTest() : file(surveyFile(240)) { file.setSelection("SEX = 1 or INCOME > 2000"); }
+    GraphStatisticsTest() : file(surveyFile(240)) { file.setSelection("SEX = 1 or INCOME > 2000"); }
     wb::DataFile file;
 };
 
-TEST_F(HostGraphsTest, KeptCasesAreSelectedWeightedAndLetThroughByTheFilter) {
+TEST_F(GraphStatisticsTest, KeptCasesAreSelectedWeightedAndLetThroughByTheFilter) {
     const std::vector<wb::KeptCase> kept = wb::keptCases(file, leaveOutGroup2);
     std::vector<int> expected;
     for (int c : expandedCases(file))
@@ -132,7 +132,7 @@ TEST_F(HostGraphsTest, KeptCasesAreSelectedWeightedAndLetThroughByTheFilter) {
     EXPECT_EQ(viaFloat, expected);
 }
 
-TEST_F(HostGraphsTest, BoxesMatchTheExpandedSample) {
+TEST_F(GraphStatisticsTest, BoxesMatchTheExpandedSample) {
     const std::vector<wb::KeptCase> kept = wb::keptCases(file, leaveOutGroup2);
     for (const int var : {Age, Income}) {
         const std::vector<double> values = expandedValues(file, var);
@@ -191,7 +191,7 @@ TEST(WeightedQuantileTest, CumulativeWeightDecides) {
     EXPECT_TRUE(std::isnan(wb::weightedQuantile({}, 0.5)));
 }
 
-TEST(HostGraphsWeightsTest, FractionalWeightsCountAsFrequencies) {
+TEST(GraphStatisticsWeightsTest, FractionalWeightsCountAsFrequencies) {
     wb::DataFile file;
     file.addVariable(named("X"));
     file.addVariable(named("W"));
@@ -212,7 +212,7 @@ TEST(HostGraphsWeightsTest, FractionalWeightsCountAsFrequencies) {
     EXPECT_EQ(median.whiskerHigh, 4) << "the case of weight 0 is not the largest value";
 }
 
-TEST_F(HostGraphsTest, ScatterCellsCountThePairsAndCorrelateThem) {
+TEST_F(GraphStatisticsTest, ScatterCellsCountThePairsAndCorrelateThem) {
     const std::vector<wb::KeptCase> kept = wb::keptCases(file, leaveOutGroup2);
     const std::vector<int> vars = {Age, Income, Sex};
     const wb::ScatterMatrix matrix = wb::scatterMatrix(file, kept, vars, {});
@@ -250,7 +250,7 @@ TEST_F(HostGraphsTest, ScatterCellsCountThePairsAndCorrelateThem) {
     EXPECT_EQ(matrix.columns[0].max, ages.back());
 }
 
-TEST(HostGraphsScatterTest, ManyPointsAreDrawnAtARegularStride) {
+TEST(GraphStatisticsScatterTest, ManyPointsAreDrawnAtARegularStride) {
     wb::DataFile file;
     std::vector<int> vars;
     for (int v = 1; v <= 15; ++v) {
@@ -274,7 +274,7 @@ TEST(HostGraphsScatterTest, ManyPointsAreDrawnAtARegularStride) {
         ASSERT_EQ(cell.x[k], file.value(static_cast<int>(k * stride) + 1, vars[cell.column]));
 }
 
-TEST_F(HostGraphsTest, SecondListGivesRowsAndNoDiagonal) {
+TEST_F(GraphStatisticsTest, SecondListGivesRowsAndNoDiagonal) {
     const auto kept = wb::keptCases(file, leaveOutGroup2);
     const wb::ScatterMatrix matrix = wb::scatterMatrix(file, kept, {Age, Income}, {Sex});
     EXPECT_FALSE(matrix.diagonal);
@@ -283,7 +283,7 @@ TEST_F(HostGraphsTest, SecondListGivesRowsAndNoDiagonal) {
     EXPECT_EQ(matrix.cells[1].column, 1);
 }
 
-TEST_F(HostGraphsTest, Histogram3DCountsEachPairOfBins) {
+TEST_F(GraphStatisticsTest, Histogram3DCountsEachPairOfBins) {
     const auto kept = wb::keptCases(file, leaveOutGroup2);
     const wb::Histogram3DData data = wb::histogram3D(file, kept, Sex, Age);
 
@@ -326,7 +326,7 @@ TEST_F(HostGraphsTest, Histogram3DCountsEachPairOfBins) {
     EXPECT_EQ(data.weight, static_cast<double>(pairs));
 }
 
-TEST(HostGraphsBinsTest, ValueLabelsNameTheBinsOfFewValues) {
+TEST(GraphStatisticsBinsTest, ValueLabelsNameTheBinsOfFewValues) {
     wb::DataFile file;
     wb::Variable sex = named("SEX");
     sex.labels = {{1, "Homme"}, {2, "Femme"}};
