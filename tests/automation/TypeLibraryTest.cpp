@@ -11,13 +11,6 @@
 
 namespace {
 
-const InterfaceDescription& interfaceNamed(const char* name) {
-    for (const InterfaceDescription& interface : DrillDownTypeLib().Interfaces)
-        if (std::string(interface.Name) == name)
-            return interface;
-    throw std::logic_error(std::string("no interface ") + name);
-}
-
 TEST(DrillDownTypeLib, IdentifiersAreUniqueAndPropertiesPairUp) {
     for (const InterfaceDescription& interface : DrillDownTypeLib().Interfaces) {
         SCOPED_TRACE(interface.Name);

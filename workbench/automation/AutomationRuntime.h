@@ -2,8 +2,8 @@
 // The workbench's automation runtime: BSTRs from the C heap with a ledger of those
 // still out, error objects kept per thread, and the type-library registry.
 //
-// To use it: make one, put it into the services with the session's services (AnalysisSession does), and let
-// the module register its library at load. Tests read outstandingStrings() to see strings
+// To use it: make one, put it into the module's services (AnalysisSession does), and let
+// the module register its library when it makes an analysis. Tests read outstandingStrings() to see strings
 // nobody freed, and failStringAllocation to walk the paths of exhausted memory.
 //
 // The service outlives every string, error object and registration it gave out; its
