@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "workbench/automation/Dispatcher.h"
 #include "workbench/documents/DocumentStore.h"
 #include "workbench/services/OutputService.h"
 
@@ -77,18 +78,30 @@ TEST(DocumentStore, IdsStayAndOutputsCountAfreshForEachRunOfACommand) {
                                         "replaced 2 a again", "closed 3", "added 6"}));
 }
 
+// A macro that moves a document's window or hides it, through the document's automation
+// object, is told to the observers (a desktop moves the real window); closing the document
+// raises its close event.
 TEST(DocumentStore, AMacroMovingAWindowAndClosingADocumentAreTold) {
     wb::DocumentStore store;
+    wb::OutputService output(store);
+    wb::AutomationRuntime automation;
+    output.setAutomation(&automation);
+    wb::Dispatcher macro(automation);
     Recorder recorder;
     store.addObserver(recorder);
     const int id = store.add(titled("a"));
+    IDispatch* document = output.documentObject(0);
+    ASSERT_NE(document, nullptr);
+    COleVariant window = macro.get(document, "Window");
+    macro.put(window.pdispVal, "Left", COleVariant(static_cast<LONG>(40)));
+    macro.put(document, "Visible", COleVariant(false));
+    EXPECT_EQ(store.state(id)->window.left, 40);
     const std::shared_ptr<wb::DocumentState> state = store.state(id);
-    ASSERT_NE(state, nullptr);
-    state->window.left = 40;
-    state->list->changed(state->number); // what the window object does after a put
     store.close(id);
-    EXPECT_TRUE(state->closed) << "closing raises the document's close event";
-    EXPECT_EQ(recorder.events, (std::vector<std::string>{"added 1", "state 1", "closed 1"}));
+    EXPECT_TRUE(state->closed);
+    EXPECT_EQ(recorder.events,
+              (std::vector<std::string>{"added 1", "state 1", "state 1", "closed 1"}));
+    document->Release();
 }
 
 // An observer that cannot show a document (a full disk) does not unmake it: the output
