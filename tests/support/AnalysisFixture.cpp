@@ -24,7 +24,8 @@ wb::DataFile makeFile(const std::vector<VariableInfo>& variables,
 }
 
 wb::SessionOptions linkedModule(std::filesystem::path outputFolder) {
-    return wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+    return wb::SessionOptions{.module =
+                                  wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
                               .outputFolder = std::move(outputFolder),
                               .keywordFile = {}};
 }

@@ -52,7 +52,7 @@ protected:
     const Drill& upRecord(short variable) const;
     const Drill& reviewRecord(short variable) const;
 
-    wb::testing::TempDir outputFolder; // where saved subsets go
+    wb::testing::TempDir outputFolder;               // where saved subsets go
     wb::HeadlessFrontEnd headless{nullptr, nullptr}; // plays the user; silent
     wb::HeadlessMessages& messages = headless.messages();
     wb::HeadlessProgress& progress = headless.progress();

@@ -72,7 +72,7 @@ void AutomationRuntime::SysFreeString(BSTR text) {
 }
 
 HRESULT AutomationRuntime::VariantChangeType(VARIANT* dest, const VARIANT* source, USHORT,
-                                              VARTYPE type) {
+                                             VARTYPE type) {
     return changeVariantType(*this, dest, source, type);
 }
 
@@ -146,8 +146,8 @@ HRESULT AutomationRuntime::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count
 }
 
 HRESULT AutomationRuntime::PrepareInvoke(REFIID iid, DISPID id, WORD flags,
-                                          const DISPPARAMS* params, DispatchCall* call,
-                                          UINT* argErr) {
+                                         const DISPPARAMS* params, DispatchCall* call,
+                                         UINT* argErr) {
     if (call == nullptr)
         return E_POINTER;
     const DISPPARAMS none;

@@ -10,8 +10,8 @@
 #include "drilldown/resources/ControlIds.h"
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
-#include "workbench/session/StateJson.h"
 #include "workbench/data/VariableList.h"
+#include "workbench/session/StateJson.h"
 
 namespace wb::cli {
 
@@ -142,7 +142,8 @@ int runReport(const Arguments& arguments) {
         {ButtonSaveData, &CDrillDown::DDNSaveData},
     };
     for (const auto& [command, result] : results) {
-        const bool review = command == ButtonReviewDescriptives || command == ButtonReviewFrequencies;
+        const bool review =
+            command == ButtonReviewDescriptives || command == ButtonReviewFrequencies;
         if (review && analysis.GetDrillReviewsSize() == 0)
             continue;
         OutputService& output = run.session().output();

@@ -65,7 +65,7 @@ unsigned DialogHost::IsDlgButtonChecked(HWND dialog, int id) {
 }
 
 long DialogHost::SendMessageA(HWND control, unsigned message, unsigned long wParam,
-                                   long lParam) {
+                              long lParam) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return message == LB_GETCURSEL || message == LB_SETCURSEL ? LB_ERR : 0;
@@ -143,7 +143,7 @@ int DialogHost::GetDlgItemInteger(HWND dialog, int id, short* value) {
 }
 
 int DialogHost::SetDlgItemDouble(HWND dialog, int id, double value, unsigned char,
-                                      int digits) {
+                                 int digits) {
     if (!hasControl(dialog, id))
         return 0;
     m_model.setText(dialog, id, editNumberText(value, digits));
@@ -185,7 +185,7 @@ void DialogHost::WriteVarListToCaption(HWND dialog, int id, int count, const sho
 }
 
 void DialogHost::checkChoice(const VariableDialogCall& call,
-                                  const VariableChoice& choice) const {
+                             const VariableChoice& choice) const {
     const std::string where = "variable dialog \"" + call.title + "\": ";
     const int variables = m_file == nullptr ? 0 : m_file->variableCount();
     const auto checkList = [&](const std::vector<short>& list, const char* name, int min, int max) {
@@ -218,10 +218,10 @@ void DialogHost::checkChoice(const VariableDialogCall& call,
 }
 
 int DialogHost::DoubleVarListDialog(HWND parent, unsigned short mode, const char* title,
-                                         const short* choices, int min1, int max1, int min2,
-                                         int max2, int total, short* first, short* firstCount,
-                                         short* second, short* secondCount, const char* caption1,
-                                         const char* caption2, unsigned short flag) {
+                                    const short* choices, int min1, int max1, int min2,
+                                    int max2, int total, short* first, short* firstCount,
+                                    short* second, short* secondCount, const char* caption1,
+                                    const char* caption2, unsigned short flag) {
     VariableDialogCall call{parent,
                             mode,
                             orEmpty(title),

@@ -65,7 +65,8 @@ long DialogHost::deliver(HWND dialog, unsigned message, unsigned long wParam, lo
         struct CommandRun {
             DialogHost& host;
             std::pair<HWND, int> previous;
-            CommandRun(DialogHost& h, std::pair<HWND, int> command) : host(h), previous(h.m_command) {
+            CommandRun(DialogHost& h, std::pair<HWND, int> command)
+                : host(h), previous(h.m_command) {
                 host.m_command = command;
                 if (host.m_output != nullptr)
                     host.m_output->store().beginCommand(command.second);
@@ -212,7 +213,7 @@ void DialogHost::SubclassListBox(HWND control, CReorderListBox* box) {
 }
 
 int DialogHost::InsertListColumn(HWND control, int column, const char* heading, int width,
-                                      int rightAligned) {
+                                 int rightAligned) {
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return -1;

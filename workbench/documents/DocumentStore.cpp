@@ -12,9 +12,13 @@ DocumentStore::DocumentStore() {
 }
 
 // The states stay with their automation objects; they must not call a store that is gone.
-DocumentStore::~DocumentStore() { m_list->changed = nullptr; }
+DocumentStore::~DocumentStore() {
+    m_list->changed = nullptr;
+}
 
-void DocumentStore::addObserver(DocumentObserver& observer) { m_observers.push_back(&observer); }
+void DocumentStore::addObserver(DocumentObserver& observer) {
+    m_observers.push_back(&observer);
+}
 
 void DocumentStore::removeObserver(DocumentObserver& observer) {
     std::erase(m_observers, &observer);
@@ -25,23 +29,29 @@ template <typename Tell> void DocumentStore::tell(Tell&& tell) {
         tell(*observer);
 }
 
-void DocumentStore::beginCommand(int command) { m_runs.push_back({command, 0}); }
+void DocumentStore::beginCommand(int command) {
+    m_runs.push_back({command, 0});
+}
 
 void DocumentStore::endCommand() {
     if (!m_runs.empty())
         m_runs.pop_back();
 }
 
-int DocumentStore::currentCommand() const { return m_runs.empty() ? 0 : m_runs.back().command; }
+int DocumentStore::currentCommand() const {
+    return m_runs.empty() ? 0 : m_runs.back().command;
+}
 
 int DocumentStore::add(Document document) {
     document.id = ++m_lastId;
     document.command = currentCommand();
     document.output = m_runs.empty() ? 0 : ++m_runs.back().outputs;
-    std::visit([&](auto& content) {
-        content.number = document.id;
-        content.command = document.command;
-    }, document.content);
+    std::visit(
+        [&](auto& content) {
+            content.number = document.id;
+            content.command = document.command;
+        },
+        document.content);
     auto state = std::make_shared<DocumentState>();
     state->number = document.id;
     state->name = document.name();
@@ -67,10 +77,12 @@ void DocumentStore::replace(int id, Document document) {
     document.id = kept.id;
     document.command = kept.command;
     document.output = kept.output;
-    std::visit([&](auto& content) {
-        content.number = kept.id;
-        content.command = kept.command;
-    }, document.content);
+    std::visit(
+        [&](auto& content) {
+            content.number = kept.id;
+            content.command = kept.command;
+        },
+        document.content);
     kept = std::move(document);
     m_states[index]->name = kept.name();
     tell([&](DocumentObserver& observer) { observer.replaced(kept); });

@@ -68,7 +68,7 @@ void DataService::setDataFile(const DataFile* file) {
 }
 
 void DataService::InitCommons(VmkTag* vmk, Vmk88Tag* vmk88, b1_com* b1, Wght_com* wght,
-                               _AddMenu*) {
+                              _AddMenu*) {
     m_vmk = vmk;
     m_vmk88 = vmk88;
     m_b1 = b1;
@@ -98,7 +98,7 @@ void DataService::fillBlocks() {
 }
 
 short DataService::cstrtw(int caseNo, double* values, int* hasWeight, double* weight,
-                           int* weightVar) {
+                          int* weightVar) {
     if (m_file == nullptr || caseNo < 1 || caseNo > m_file->caseCount() || caseNo == m_breakCase)
         return 2;
     const double* row = m_file->row(caseNo);

@@ -127,10 +127,10 @@ short NewFileService::fail(const std::string& reason) {
 }
 
 short NewFileService::SubsetAndAddEx(unsigned short, const char* name, short nVars, short,
-                                      const short* vars, int nCases, const char* shortNames,
-                                      const char* longNames, short longNameWidth,
-                                      const char* header, short caseNameLen, int* position,
-                                      const int* catPositions, const int* catVars, int nCat) {
+                                     const short* vars, int nCases, const char* shortNames,
+                                     const char* longNames, short longNameWidth,
+                                     const char* header, short caseNameLen, int* position,
+                                     const int* catPositions, const int* catVars, int nCat) {
     const DataFile* source = m_data.dataFile();
     if (source == nullptr)
         return fail("no data file is open");

@@ -67,10 +67,10 @@ std::string OutputService::fieldText(const char* field, int width) const {
 }
 
 short OutputService::looka4(void* values, char* texts, const char* colFormat, const char* colHeads,
-                             const char* colHeads2, const char* rowNames, const char* titles,
-                             int rows, int cols, int rowsAgain, int colsAgain, int, int, int, int,
-                             int titleWidth, int, int, int rowNameWidth, int headingWidth,
-                             int cellWidth, int, int, void*, void*, void*, short*, short*, short*) {
+                            const char* colHeads2, const char* rowNames, const char* titles,
+                            int rows, int cols, int rowsAgain, int colsAgain, int, int, int, int,
+                            int titleWidth, int, int, int rowNameWidth, int headingWidth,
+                            int cellWidth, int, int, void*, void*, void*, short*, short*, short*) {
     const std::string problem =
         argumentProblem(values, texts, colFormat, colHeads, rowNames, titles, rows, cols, rowsAgain,
                         colsAgain, titleWidth, rowNameWidth, headingWidth, cellWidth);
@@ -267,7 +267,7 @@ int OutputService::NewGeneralMultipleChartLongEx(
 }
 
 std::vector<int> OutputService::fileVariables(const short* variables, int count,
-                                               const char* what) {
+                                              const char* what) {
     if (m_file == nullptr) {
         m_lastError = std::string("cannot draw the ") + what + ": no data file is open";
         return {};
@@ -289,8 +289,8 @@ std::vector<int> OutputService::fileVariables(const short* variables, int count,
 }
 
 int OutputService::CategorizedVarBoxAndWhisker(unsigned short style, char* title,
-                                                char* subtitle, char*, char*, int, short count,
-                                                short* variables, char*, CaseFilter filter) {
+                                               char* subtitle, char*, char*, int, short count,
+                                               short* variables, char*, CaseFilter filter) {
     try {
         if (style < static_cast<int>(BoxStyle::MedianQuartilesRange) ||
             style > static_cast<int>(BoxStyle::MeanSeSe196)) {
@@ -318,9 +318,9 @@ int OutputService::CategorizedVarBoxAndWhisker(unsigned short style, char* title
 }
 
 int OutputService::CorrelationScatterplot(unsigned short mode, int, short firstCount,
-                                           short* first, short secondCount, short* second,
-                                           unsigned short, double*, double*, char*,
-                                           CaseFilter filter, const std::string& title) {
+                                          short* first, short secondCount, short* second,
+                                          unsigned short, double*, double*, char*,
+                                          CaseFilter filter, const std::string& title) {
     try {
         const std::vector<int> columns = fileVariables(first, firstCount, "scatterplots");
         if (columns.empty())
@@ -344,8 +344,8 @@ int OutputService::CorrelationScatterplot(unsigned short mode, int, short firstC
 }
 
 int OutputService::Histogram3D(unsigned short kind, short x, short y, short, short, short*,
-                                short*, short, char* title, char*, char* subtitle, char*, int,
-                                char*, CaseFilterFloat filter) {
+                               short*, short, char* title, char*, char* subtitle, char*, int,
+                               char*, CaseFilterFloat filter) {
     try {
         const short pair[] = {static_cast<short>(x + 1), static_cast<short>(y + 1)};
         const std::vector<int> numbers = fileVariables(pair, 2, "3D histogram");

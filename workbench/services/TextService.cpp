@@ -63,7 +63,7 @@ void TextService::StripFormatting(std::string& text) {
 }
 
 short TextService::RealToText(double value, unsigned char format, short width, short digits,
-                               char* text, short limit) {
+                              char* text, short limit) {
     return static_cast<short>(realToText(value, format, width, digits, text, limit));
 }
 

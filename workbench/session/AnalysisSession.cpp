@@ -10,9 +10,9 @@
 namespace wb {
 
 AnalysisSession::AnalysisSession(FrontEnd frontEnd, SessionOptions options)
-    : m_frontEnd(frontEnd), m_options(std::move(options)),
-      m_keywords(m_options.keywordFile), m_dialogs(m_frontEnd.dialogs, m_keywords, &m_file),
-      m_newFile(m_data, m_options.outputFolder), m_loader(services()) {
+    : m_frontEnd(frontEnd), m_options(std::move(options)), m_keywords(m_options.keywordFile),
+      m_dialogs(m_frontEnd.dialogs, m_keywords, &m_file), m_newFile(m_data, m_options.outputFolder),
+      m_loader(services()) {
     m_dialogs.setAutomation(&m_automation);
     m_dialogs.setOutput(&m_output);
     m_dialogs.setNewFile(&m_newFile);

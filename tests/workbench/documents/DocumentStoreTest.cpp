@@ -28,7 +28,9 @@ struct Recorder : wb::DocumentObserver {
     void replaced(const wb::Document& d) override {
         events.push_back("replaced " + std::to_string(d.id) + " " + d.name());
     }
-    void closed(const wb::Document& d) override { events.push_back("closed " + std::to_string(d.id)); }
+    void closed(const wb::Document& d) override {
+        events.push_back("closed " + std::to_string(d.id));
+    }
     void stateChanged(const wb::Document& d) override {
         events.push_back("state " + std::to_string(d.id));
     }
@@ -117,9 +119,9 @@ TEST(DocumentStore, AnObserverThatFailsLeavesTheDocumentMade) {
     std::vector<char> titles(240, ' ');
     short zero = 0, one = 1;
     const auto emit = [&] {
-        return output.looka4(&value, text, format, head, nullptr, name, titles.data(), 1, 1, 1,
-                             1, 16, 6, 14, 10, 80, 1, 0, 12, 8, 8, 9217, 0, nullptr, nullptr,
-                             nullptr, &zero, &one, &one);
+        return output.looka4(&value, text, format, head, nullptr, name, titles.data(), 1, 1, 1, 1,
+                             16, 6, 14, 10, 80, 1, 0, 12, 8, 8, 9217, 0, nullptr, nullptr, nullptr,
+                             &zero, &one, &one);
     };
     for (const bool failing : {false, true, false}) {
         recorder.failing = failing;
