@@ -28,11 +28,14 @@ protected:
     // Opens the file and starts the analysis and its panel (steps 100 and 101).
     void openPanel(wb::DataFile data) {
         open(std::move(data));
-        startPanel();
+        takePanel();
     }
-    // Runs step 101, as the host does after step 100: a new panel replaces an open one.
+    // Runs step 101 again: a new panel replaces the open one.
     void startPanel() {
         ASSERT_EQ(analysis->SequenceTable().RunSequence(101), -1);
+        takePanel();
+    }
+    void takePanel() {
         startup = static_cast<CDDNStartupDlg*>(analysis->GetDialogAutomationInterface());
         ASSERT_NE(startup, nullptr);
         window = startup->GetSafeHwnd();
