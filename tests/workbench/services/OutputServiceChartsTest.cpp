@@ -220,6 +220,9 @@ TEST_F(OutputServiceChartsTest, TablesAndGraphsShareOneListAndOneNumbering) {
     EXPECT_EQ(BstrView(name.bstrVal), "Histogramme de la variable étudiée : AGE")
         << "a graph's name is its first title line";
     graph->Release();
+    ASSERT_EQ(emitTable(output, "Encore"), 1);
+    EXPECT_NE(output.lastError().find("002-x.svg"), std::string::npos)
+        << "kept after a later success";
 }
 
 int keepAll(char*, long*, double*, double*, double*) { return 0; }
