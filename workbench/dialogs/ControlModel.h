@@ -1,6 +1,6 @@
 #pragma once
 // The workbench's model of dialogs and their controls: the one place where the state of
-// every control lives. The headless dialog service reads and writes it for the module; a
+// every control lives. The dialog host (DialogHost.h) reads and writes it for the module; a
 // desktop front end mirrors it in real widgets and feeds the user's input back into it.
 //
 // A dialog is made from a resource id and has a handle. Its controls are kept by id, each

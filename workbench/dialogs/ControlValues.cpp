@@ -1,4 +1,4 @@
-// Automation access to the controls of the headless dialogs: reading a control's value and
+// Automation access to the controls of the module's dialogs: reading a control's value and
 // writing it as the user would.
 
 #include <cmath>

@@ -90,10 +90,11 @@ public:
                             const char* caption1, const char* caption2,
                             unsigned short flag) override;
     // ---- Playing the user ----
-    // Each action delivers to the dialog's owner the messages that a window system would,
-    // then the commands posted meanwhile. A control that is disabled or hidden, or one of a
-    // dialog that has ended, takes no action from the user: false, and nothing happens. Throws std::out_of_range for a
-    // dialog or control that does not exist.
+    // Each action delivers to the dialog's owner the messages that a window system would;
+    // the commands posted meanwhile go to the front end's loop (the headless one runs them
+    // before the action returns). A control that is disabled or hidden, or one of a dialog
+    // that has ended, takes no action from the user: false, and nothing happens. Throws
+    // std::out_of_range for a dialog or control that does not exist.
     //
     // A button sends WM_COMMAND; a check box first toggles; a radio first checks itself and
     // clears the other radios of its page (or dialog).
@@ -158,7 +159,7 @@ public:
                          int rightAligned) override;
     int InsertListRow(HWND control, int row, const char* text) override;
     int SetListCell(HWND control, int row, int column, const char* text) override;
-    // A headless list has no look.
+    // The control model keeps no look of a list; a desktop front end draws its own.
     void SetListViewLook(HWND, unsigned long, unsigned long) override {}
     // Takes the "Options" command 10710, which has nothing to show here.
     int IsResultsMsg(HWND dialog, unsigned message, unsigned long wParam, long lParam) override;

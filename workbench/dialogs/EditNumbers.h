@@ -1,5 +1,5 @@
 #pragma once
-// Numbers as the headless edit controls show and read them.
+// Numbers as the edit controls of the dialog host show and read them.
 //
 //   - editNumberText shows at most 15 significant digits and no trailing zeros; a positive
 //     `digits` caps the decimals. Values from 1e15 on, those below 1e-4 when there is no

@@ -10,11 +10,11 @@
 // to the event interface are called with identifier DocumentClosedEvent and no arguments
 // when CloseDocument closes it (the user closed its window).
 //
-// A headless document is written to its folder as it is made, so it starts saved and
-// visible; the properties keep what a macro writes, for the front ends and for the
-// tracking of result windows to read. Flags read as 1 or 0 and take any number, non-zero
-// for true. The objects share their state with the output that made them and stay valid
-// after it has gone.
+// A document starts saved and visible (the headless front end writes it to its folder as it
+// is made); the properties keep what a macro writes, and each change is told to the store's
+// observers (DocumentStore.h), so that a desktop moves the real window. Flags read as 1 or 0
+// and take any number, non-zero for true. The objects share their state with the store that
+// made them and stay valid after it has gone.
 
 #include <functional>
 #include <memory>
