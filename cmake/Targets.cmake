@@ -31,11 +31,11 @@ function(dd_program name)
   target_link_libraries(${name} PRIVATE ${ARG_LINK})
 endfunction()
 
-# dd_test_suite(NAME DIRS dir... LINK item... LABELS label...)
+# dd_test_suite(NAME DIRS dir... LINK item... LABELS label... [ENVIRONMENT var=value...])
 # One GoogleTest executable of every .cpp under the listed test folders (recursively), its
 # tests registered with CTest under the given labels.
 function(dd_test_suite name)
-  cmake_parse_arguments(ARG "" "" "DIRS;LINK;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "DIRS;LINK;LABELS;ENVIRONMENT" ${ARGN})
   set(sources)
   foreach(dir IN LISTS ARG_DIRS)
     file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${dir}/*.cpp)
@@ -50,5 +50,6 @@ function(dd_test_suite name)
     DD_CLI_PATH="$<TARGET_FILE:drilldown_cli>")
   # Some tests load the built plug-in.
   add_dependencies(${name} drilldown)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${ARG_LABELS}")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+    PROPERTIES LABELS "${ARG_LABELS}" ENVIRONMENT "${ARG_ENVIRONMENT}")
 endfunction()
