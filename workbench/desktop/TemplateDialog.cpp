@@ -12,16 +12,16 @@
 #include <QTabWidget>
 #include <QTreeWidget>
 
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
 #include "drilldown/resources/Caption.h"
+#include "workbench/desktop/QtText.h"
 
 namespace wb::desktop {
 
 namespace {
-
-QString qtext(const std::string& text) { return QString::fromUtf8(text.data(), qsizetype(text.size())); }
 
 // The text of a button as Qt shows it: "&" doubled, and the template's mnemonic marked when
 // the model still shows the template's caption.
@@ -34,6 +34,18 @@ QString buttonText(const std::string& shown, std::string_view caption) {
         marked += shown[i] == '&' ? std::string("&&") : std::string(1, shown[i]);
     }
     return qtext(marked);
+}
+
+// A caption too wide for its button, broken at the blank nearest its middle: a button whose
+// template lets its caption wrap shows it on two lines.
+QString wrapped(const QString& text, const QPushButton& button) {
+    if (button.fontMetrics().horizontalAdvance(text) <= button.width() - 8)
+        return text;
+    qsizetype best = -1;
+    for (qsizetype at = text.indexOf(' '); at >= 0; at = text.indexOf(' ', at + 1))
+        if (best < 0 || std::abs(at - text.size() / 2) < std::abs(best - text.size() / 2))
+            best = at;
+    return best < 0 ? text : text.left(best) + '\n' + text.mid(best + 1);
 }
 
 // Rows of a list as the model has them.
@@ -97,7 +109,9 @@ TemplateDialog::TemplateDialog(DialogHost& host, HWND dialog, QWidget* parent)
         showState(id);
 }
 
-TemplateDialog::~TemplateDialog() { m_host.model().unsubscribe(m_subscription); }
+TemplateDialog::~TemplateDialog() {
+    m_host.model().unsubscribe(m_subscription);
+}
 
 std::vector<QWidget*> TemplateDialog::widgets(int id) const {
     std::vector<QWidget*> found;
@@ -234,7 +248,11 @@ void TemplateDialog::showState(QWidget* widget, const DialogControl& control,
     widget->setEnabled(state.enabled);
     widget->setVisible(state.shown);
     if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
-        button->setText(buttonText(state.text, control.Caption));
+        const QString text = buttonText(state.text, control.Caption);
+        auto* push = qobject_cast<QPushButton*>(button);
+        button->setText(push != nullptr && control.HasStyle(ControlStyle::MultiLine)
+                            ? wrapped(text, *push)
+                            : text);
         button->setChecked(state.checked);
     } else if (auto* label = qobject_cast<QLabel*>(widget)) {
         label->setText(qtext(state.text));

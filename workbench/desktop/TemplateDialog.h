@@ -22,8 +22,8 @@
 #include <QWidget>
 
 #include "drilldown/resources/Dialogs.h"
-#include "workbench/dialogs/DialogHost.h"
 #include "workbench/desktop/DialogUnits.h"
+#include "workbench/dialogs/DialogHost.h"
 
 namespace wb::desktop {
 
@@ -42,8 +42,7 @@ public:
 
 private:
     void buildControls(const DialogTemplate& source, QWidget* surface, const DialogUnits& units);
-    QWidget* makeControl(const DialogControl& control, QWidget* surface,
-                         const DialogUnits& units);
+    QWidget* makeControl(const DialogControl& control, QWidget* surface, const DialogUnits& units);
     void connectUser(QWidget* widget, const DialogControl& control);
     // Shows the model's state of control `id` in its widgets.
     void showState(int id);

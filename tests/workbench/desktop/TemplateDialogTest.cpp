@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QListWidget>
 #include <QTabWidget>
 #include <QTest>
@@ -12,6 +11,7 @@
 
 #include "support/PanelFixture.h"
 #include "support/RecordingDialog.h"
+#include "workbench/desktop/Application.h"
 #include "workbench/desktop/DialogUnits.h"
 #include "workbench/desktop/TemplateDialog.h"
 
@@ -19,13 +19,7 @@ namespace {
 
 class TemplateDialogTest : public test::PanelFixture {
 protected:
-    // Widgets need an application; the platform is offscreen (set by the test's environment).
-    static void SetUpTestSuite() {
-        static int argc = 1;
-        static char name[] = "desktop_tests";
-        static char* argv[] = {name, nullptr};
-        static QApplication application(argc, argv);
-    }
+    static void SetUpTestSuite() { test::ensureApplication(); }
 
     template <typename Widget> Widget* only(const wb::desktop::TemplateDialog& panel, int id) {
         const std::vector<QWidget*> found = panel.widgets(id);
@@ -113,8 +107,7 @@ TEST_F(TemplateDialogTest, ACheckBoxTogglesTheModuleOnce) {
     const int before = analysis->StandAloneResults;
     for (QWidget* widget : panel.widgets(9106)) // on the panel and on the "Options" page
         widget->setVisible(true);
-    QTest::mouseClick(qobject_cast<QAbstractButton*>(panel.widgets(9106).front()),
-                      Qt::LeftButton);
+    QTest::mouseClick(qobject_cast<QAbstractButton*>(panel.widgets(9106).front()), Qt::LeftButton);
     EXPECT_EQ(analysis->StandAloneResults, 1 - before);
     for (QWidget* widget : panel.widgets(9106))
         EXPECT_EQ(qobject_cast<QAbstractButton*>(widget)->isChecked(),

@@ -1,0 +1,103 @@
+#include "workbench/desktop/DocumentArea.h"
+
+#include <QCloseEvent>
+#include <QMdiSubWindow>
+
+#include "workbench/desktop/DocumentViews.h"
+#include "workbench/desktop/QtText.h"
+
+namespace wb::desktop {
+
+namespace {
+
+// A document's window: closing it by hand closes the document in the store, which then
+// takes the window away.
+class DocumentWindow : public QMdiSubWindow {
+public:
+    DocumentWindow(DocumentStore& store, int id) : m_store(store), m_id(id) {
+        setAttribute(Qt::WA_DeleteOnClose);
+    }
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        if (m_store.find(m_id) != nullptr) {
+            event->ignore();
+            m_store.close(m_id); // the area's closed() deletes the window
+            return;
+        }
+        QMdiSubWindow::closeEvent(event);
+    }
+
+private:
+    DocumentStore& m_store;
+    int m_id;
+};
+
+} // namespace
+
+DocumentArea::DocumentArea(DocumentStore& store, QWidget* parent)
+    : QMdiArea(parent), m_store(store) {
+    for (const Document& document : store.documents())
+        added(document);
+    store.addObserver(*this);
+}
+
+DocumentArea::~DocumentArea() {
+    m_store.removeObserver(*this);
+}
+
+QMdiSubWindow* DocumentArea::windowOf(int id) const {
+    const auto found = m_windows.find(id);
+    return found == m_windows.end() ? nullptr : found->second;
+}
+
+QWidget* DocumentArea::makeView(const Document& document) {
+    if (document.isGraph())
+        return new GraphView(m_store, document.id);
+    return new TableView(m_store, document.id);
+}
+
+void DocumentArea::added(const Document& document) {
+    auto* window = new DocumentWindow(m_store, document.id);
+    window->setWidget(makeView(document));
+    window->setWindowTitle(qtext(document.name()));
+    addSubWindow(window);
+    m_windows[document.id] = window;
+    window->show();
+}
+
+void DocumentArea::replaced(const Document& document) {
+    QMdiSubWindow* window = windowOf(document.id);
+    if (window == nullptr)
+        return;
+    window->setWindowTitle(qtext(document.name()));
+    // In place: the window keeps its place, size and stacking, and the focus stays where it is.
+    if (document.isTable())
+        static_cast<TableView*>(window->widget())->refresh();
+    else
+        static_cast<GraphView*>(window->widget())->refresh();
+}
+
+void DocumentArea::closed(const Document& document) {
+    QMdiSubWindow* window = windowOf(document.id);
+    m_windows.erase(document.id);
+    if (window != nullptr) {
+        removeSubWindow(window);
+        window->deleteLater();
+    }
+}
+
+void DocumentArea::stateChanged(const Document& document) {
+    QMdiSubWindow* window = windowOf(document.id);
+    const std::shared_ptr<DocumentState> state = m_store.state(document.id);
+    if (window == nullptr || state == nullptr)
+        return;
+    const DocumentWindowState& place = state->window;
+    window->setGeometry(place.left, place.top, place.width, place.height);
+    window->setWindowState(place.state == 1   ? Qt::WindowMinimized
+                           : place.state == 2 ? Qt::WindowMaximized
+                                              : Qt::WindowNoState);
+    window->setVisible(state->visible);
+}
+
+} // namespace wb::desktop

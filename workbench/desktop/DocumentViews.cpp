@@ -1,0 +1,153 @@
+#include "workbench/desktop/DocumentViews.h"
+
+#include <QHelpEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QPicture>
+#include <QTableView>
+#include <QToolTip>
+#include <QVBoxLayout>
+
+#include "workbench/desktop/QtText.h"
+#include "workbench/documents/CellText.h"
+#include "workbench/render/GraphRenderer.h"
+
+namespace wb::desktop {
+
+const TableDocument* TableModel::table() const {
+    const Document* document = m_store.find(m_id);
+    return document != nullptr && document->isTable() ? &document->table() : nullptr;
+}
+
+int TableModel::rowCount(const QModelIndex& parent) const {
+    const TableDocument* shown = table();
+    return parent.isValid() || shown == nullptr ? 0 : int(shown->rows.size());
+}
+
+int TableModel::columnCount(const QModelIndex& parent) const {
+    const TableDocument* shown = table();
+    return parent.isValid() || shown == nullptr ? 0 : int(shown->columns.size());
+}
+
+QVariant TableModel::data(const QModelIndex& index, int role) const {
+    const TableDocument* shown = table();
+    if (shown == nullptr || !index.isValid())
+        return {};
+    const TableColumn& column = shown->columns.at(std::size_t(index.column()));
+    if (role == Qt::TextAlignmentRole)
+        return column.format == ColumnFormat::Text ? int(Qt::AlignLeft | Qt::AlignVCenter)
+                                                   : int(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole)
+        return {};
+    const TableRow& row = shown->rows.at(std::size_t(index.row()));
+    return std::size_t(index.column()) < row.cells.size()
+               ? qtext(cellText(row.cells[std::size_t(index.column())], column.format))
+               : QString();
+}
+
+QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    const TableDocument* shown = table();
+    if (shown == nullptr || role != Qt::DisplayRole)
+        return {};
+    if (orientation == Qt::Vertical)
+        return qtext(shown->rows.at(std::size_t(section)).name);
+    const TableColumn& column = shown->columns.at(std::size_t(section));
+    return qtext(column.head2.empty() ? column.head : column.head + "\n" + column.head2);
+}
+
+void TableModel::refresh() {
+    beginResetModel();
+    endResetModel();
+}
+
+TableView::TableView(const DocumentStore& store, int id, QWidget* parent)
+    : QWidget(parent), m_store(store), m_id(id), m_model(new TableModel(store, id, this)),
+      m_subtitle(new QLabel(this)) {
+    auto* table = new QTableView(this);
+    table->setModel(m_model);
+    table->setSortingEnabled(false); // rows stay in the order the module gave them
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_subtitle);
+    layout->addWidget(table);
+    refresh();
+    table->resizeColumnsToContents();
+}
+
+void TableView::refresh() {
+    m_model->refresh();
+    const Document* document = m_store.find(m_id);
+    const std::string subtitle =
+        document != nullptr && document->isTable() ? document->table().subtitle : std::string();
+    m_subtitle->setText(qtext(subtitle));
+    m_subtitle->setVisible(!subtitle.empty());
+}
+
+GraphView::GraphView(const DocumentStore& store, int id, QWidget* parent)
+    : QWidget(parent), m_store(store), m_id(id) {
+    setMouseTracking(true);
+}
+
+const Document* GraphView::graph() const {
+    const Document* document = m_store.find(m_id);
+    return document != nullptr && document->isGraph() ? document : nullptr;
+}
+
+QSize GraphView::sizeHint() const {
+    const Document* document = graph();
+    if (document == nullptr)
+        return QWidget::sizeHint();
+    const PictureSize size = pictureSize(document->graph());
+    return {size.width, size.height};
+}
+
+void GraphView::refresh() {
+    m_hotspots.clear();
+    m_hotspotsSize = QSize();
+    update();
+}
+
+void GraphView::paintEvent(QPaintEvent*) {
+    const Document* document = graph();
+    if (document == nullptr)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(rect(), Qt::white);
+    GraphPainter picture(painter, document->graph(), size());
+    picture.paint();
+    m_hotspots = picture.hotspots();
+    m_hotspotsSize = size();
+}
+
+QString GraphView::toolTipAt(const QPoint& point) const {
+    const Document* document = graph();
+    if (document == nullptr)
+        return {};
+    if (m_hotspotsSize != size()) {
+        // Not drawn at this size yet: the picture is drawn where nobody sees it.
+        QPicture picture;
+        QPainter painter(&picture);
+        GraphPainter hidden(painter, document->graph(), size());
+        hidden.paint();
+        m_hotspots = hidden.hotspots();
+        m_hotspotsSize = size();
+    }
+    for (const Hotspot& hotspot : m_hotspots)
+        if (hotspot.outline.containsPoint(point, Qt::OddEvenFill))
+            return qtext(hotspot.text);
+    return {};
+}
+
+bool GraphView::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const QString text = toolTipAt(help->pos());
+    if (text.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(help->globalPos(), text, this);
+    return true;
+}
+
+} // namespace wb::desktop
