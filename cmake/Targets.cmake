@@ -31,11 +31,11 @@ function(dd_program name)
   target_link_libraries(${name} PRIVATE ${ARG_LINK})
 endfunction()
 
-# dd_test_suite(NAME DIRS dir... LINK item... LABELS label... [ENVIRONMENT var=value...])
+# dd_test_suite(NAME DIRS dir... LINK item... LABELS label... [OWN_MAIN])
 # One GoogleTest executable of every .cpp under the listed test folders (recursively), its
 # tests registered with CTest under the given labels.
 function(dd_test_suite name)
-  cmake_parse_arguments(ARG "" "" "DIRS;LINK;LABELS;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "OWN_MAIN" "" "DIRS;LINK;LABELS" ${ARGN})
   set(sources)
   foreach(dir IN LISTS ARG_DIRS)
     file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${dir}/*.cpp)
@@ -43,13 +43,15 @@ function(dd_test_suite name)
   endforeach()
   add_executable(${name} ${sources})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gtest GTest::gtest_main GTest::gmock)
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gtest GTest::gmock)
+  if(NOT ARG_OWN_MAIN)
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
   target_compile_definitions(${name} PRIVATE
     DD_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
     DD_MODULE_PATH="$<TARGET_FILE:drilldown>"
     DD_CLI_PATH="$<TARGET_FILE:drilldown_cli>")
   # Some tests load the built plug-in.
   add_dependencies(${name} drilldown)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS "${ARG_LABELS}" ENVIRONMENT "${ARG_ENVIRONMENT}")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${ARG_LABELS}")
 endfunction()

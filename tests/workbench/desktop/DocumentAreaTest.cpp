@@ -4,7 +4,6 @@
 
 #include <QMdiSubWindow>
 
-#include "workbench/desktop/Application.h"
 #include "workbench/desktop/DocumentArea.h"
 #include "workbench/desktop/DocumentViews.h"
 #include "workbench/documents/CellText.h"
@@ -24,7 +23,6 @@ wb::GraphDocument sexHistogram() {
 
 class DocumentAreaTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { test::ensureApplication(); }
     DocumentAreaTest() {
         area.resize(1400, 1000);
         area.show();

@@ -11,7 +11,6 @@
 
 #include "support/PanelFixture.h"
 #include "support/RecordingDialog.h"
-#include "workbench/desktop/Application.h"
 #include "workbench/desktop/DialogUnits.h"
 #include "workbench/desktop/TemplateDialog.h"
 
@@ -19,7 +18,6 @@ namespace {
 
 class TemplateDialogTest : public test::PanelFixture {
 protected:
-    static void SetUpTestSuite() { test::ensureApplication(); }
 
     template <typename Widget> Widget* only(const wb::desktop::TemplateDialog& panel, int id) {
         const std::vector<QWidget*> found = panel.widgets(id);
