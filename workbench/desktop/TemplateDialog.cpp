@@ -204,6 +204,8 @@ void TemplateDialog::connectUser(QWidget* widget, const DialogControl& control) 
     const auto act = [this, id](auto&& action) {
         action();
         showState(id);
+        if (m_afterAction)
+            m_afterAction();
     };
     if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
         connect(button, &QAbstractButton::clicked, this,

@@ -16,6 +16,7 @@
 // model's state is shown.
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -36,6 +37,11 @@ public:
     TemplateDialog& operator=(const TemplateDialog&) = delete;
 
     HWND dialog() const { return m_dialog; }
+    // Called after each action of the user has been played (a front end checks whether the
+    // dialog has ended).
+    void setAfterAction(std::function<void()> afterAction) {
+        m_afterAction = std::move(afterAction);
+    }
     // The widgets of control `id`, in template order (a control may stand on the dialog and
     // on a page); empty for an id the template does not have.
     std::vector<QWidget*> widgets(int id) const;
@@ -56,6 +62,7 @@ private:
     HWND m_dialog;
     std::map<int, std::vector<Placed>> m_controls;
     std::size_t m_subscription;
+    std::function<void()> m_afterAction;
 };
 
 } // namespace wb::desktop

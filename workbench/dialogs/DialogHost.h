@@ -117,6 +117,8 @@ public:
 
     // What the module told the host, for tests.
     bool isOpen(HWND dialog) const { return m_windows.count(dialog) != 0; }
+    // Whether the dialog has ended (a modal one stays open until RunModalDialog returns).
+    bool hasEnded(HWND dialog) const;
     // Results locks not yet unlocked on the dialog.
     int resultsLockDepth(HWND dialog) const;
     // The last value the panel gave EnableStartupMenus; -1 when it never did.

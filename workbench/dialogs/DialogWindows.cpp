@@ -253,6 +253,11 @@ void DialogHost::ResultsChange(HWND dialog, ResultsEvent event) {
         --panel->locks;
 }
 
+bool DialogHost::hasEnded(HWND dialog) const {
+    const Window* shown = window(dialog);
+    return shown == nullptr || shown->result.has_value();
+}
+
 int DialogHost::resultsLockDepth(HWND dialog) const {
     const Window* panel = window(dialog);
     return panel == nullptr ? 0 : panel->locks;

@@ -18,7 +18,6 @@ namespace {
 
 class TemplateDialogTest : public test::PanelFixture {
 protected:
-
     template <typename Widget> Widget* only(const wb::desktop::TemplateDialog& panel, int id) {
         const std::vector<QWidget*> found = panel.widgets(id);
         EXPECT_EQ(found.size(), 1u) << id;

@@ -1,0 +1,95 @@
+// The whole desktop driven as a person drives it: open the sample, start the analysis, choose
+// the variables in the variable dialog, drill down by choosing a row in the category dialog,
+// ask for a result, see it in its window.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QListWidget>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <functional>
+
+#include "drilldown/core/ModuleEntry.h"
+#include "drilldown/resources/ControlIds.h"
+#include "support/TempDir.h"
+#include "workbench/desktop/MainWindow.h"
+#include "workbench/desktop/VariableDialog.h"
+
+namespace {
+
+// Plays `user` in the modal window that the next action opens, once it is up.
+void whenModalOpens(std::function<void(QWidget&)> user) {
+    QTimer::singleShot(0, [user] {
+        QWidget* modal = QApplication::activeModalWidget();
+        ASSERT_NE(modal, nullptr) << "no modal window opened";
+        user(*modal);
+    });
+}
+
+QAbstractButton* button(const wb::desktop::TemplateDialog& dialog, int id) {
+    return qobject_cast<QAbstractButton*>(dialog.widgets(id).at(0));
+}
+
+void selectVariables(QListWidget& offered, const std::vector<QString>& names) {
+    offered.clearSelection();
+    for (int row = 0; row < offered.count(); ++row)
+        for (const QString& name : names)
+            if (offered.item(row)->text().startsWith(name + " "))
+                offered.item(row)->setSelected(true);
+}
+
+TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
+    wb::testing::TempDir dir;
+    wb::desktop::MainWindow window(
+        wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+                           .outputFolder = dir.path("out"),
+                           .keywordFile = {}});
+    window.show();
+    ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
+    window.startAnalysis();
+    wb::AnalysisSession& session = window.session();
+    wb::desktop::TemplateDialog* panel = window.frontEnd().windowOf(session.panel());
+    ASSERT_NE(panel, nullptr) << "the panel has its window";
+
+    whenModalOpens([](QWidget& modal) {
+        auto& variables = dynamic_cast<wb::desktop::VariableDialog&>(modal);
+        selectVariables(*variables.offered(), {"REGION", "SEX"});
+        QTest::mouseClick(variables.addButton(0), Qt::LeftButton);
+        selectVariables(*variables.offered(), {"AGE"});
+        QTest::mouseClick(variables.addButton(1), Qt::LeftButton);
+        EXPECT_TRUE(variables.okButton()->isEnabled());
+        QTest::mouseClick(variables.okButton(), Qt::LeftButton);
+    });
+    QTest::mouseClick(button(*panel, ButtonDrillVariables), Qt::LeftButton);
+    ASSERT_EQ(session.analysis().GetDrillDownsSize(), 3);
+
+    auto* downs = qobject_cast<QListWidget*>(panel->widgets(ListDrillDowns).at(0));
+    QTest::mouseClick(downs->viewport(), Qt::LeftButton, {},
+                      downs->visualItemRect(downs->item(1)).center()); // SEX
+    whenModalOpens([](QWidget& modal) {
+        auto& categories = dynamic_cast<wb::desktop::TemplateDialog&>(modal);
+        auto* rows = qobject_cast<QTreeWidget*>(categories.widgets(9102).at(0));
+        ASSERT_GE(rows->topLevelItemCount(), 2);
+        rows->setCurrentItem(rows->topLevelItem(1)); // the second category
+        QTest::mouseClick(button(categories, 1), Qt::LeftButton);
+    });
+    QTest::mouseClick(button(*panel, ButtonDrillDown), Qt::LeftButton);
+    ASSERT_EQ(session.analysis().GetDrillUpsSize(), 1);
+    EXPECT_EQ(session.analysis().GetDrillUps()->begin()->DrilledItem, 1);
+
+    QTest::mouseClick(button(*panel, ButtonSummary), Qt::LeftButton);
+    ASSERT_EQ(session.documents().documents().size(), 1u);
+    const wb::Document& summary = session.documents().documents().front();
+    EXPECT_EQ(summary.command, ButtonSummary);
+    QMdiSubWindow* shown = window.documents().windowOf(summary.id);
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->windowTitle().toStdString(), summary.name());
+    EXPECT_EQ(session.dialogs().resultsLockDepth(session.panel()), 0);
+}
+
+} // namespace

@@ -1,0 +1,134 @@
+#include "workbench/desktop/DesktopFrontEnd.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "workbench/desktop/QtText.h"
+#include "workbench/desktop/VariableDialog.h"
+
+namespace wb::desktop {
+
+namespace {
+
+constexpr const char* Caption = "Drill-Down";
+// lookbr comes once per case: the dialog is looked at once every so many.
+constexpr unsigned long CallsBetweenRedraws = 4096;
+
+} // namespace
+
+DesktopFrontEnd::DesktopFrontEnd(QWidget* owner) : m_owner(owner) {}
+
+TemplateDialog* DesktopFrontEnd::windowOf(HWND dialog) const {
+    const auto found = m_windows.find(dialog);
+    return found == m_windows.end() ? nullptr : found->second.data();
+}
+
+void DesktopFrontEnd::opened(HWND dialog, int, bool modal) {
+    auto* window = new TemplateDialog(m_session->dialogs(), dialog, m_owner);
+    window->setWindowFlag(modal ? Qt::Dialog : Qt::Tool);
+    window->setAttribute(Qt::WA_DeleteOnClose, false);
+    m_windows[dialog] = window;
+    if (!modal)
+        window->show();
+}
+
+void DesktopFrontEnd::closed(HWND dialog, int, bool) {
+    if (TemplateDialog* window = windowOf(dialog))
+        window->deleteLater(); // the window may be inside the action that ended it
+    m_windows.erase(dialog);
+}
+
+void DesktopFrontEnd::runModal(HWND dialog, int) {
+    TemplateDialog* window = windowOf(dialog);
+    if (window == nullptr)
+        return;
+    DialogHost& host = m_session->dialogs();
+    QEventLoop loop;
+    window->setAfterAction([&] {
+        if (host.hasEnded(dialog))
+            loop.quit();
+    });
+    // Closing the window by hand leaves the dialog to the host, which cancels it.
+    QObject::connect(window, &QObject::destroyed, &loop, &QEventLoop::quit);
+    window->setWindowModality(Qt::ApplicationModal);
+    window->show();
+    loop.exec();
+    if (TemplateDialog* still = windowOf(dialog)) {
+        still->hide();
+        still->deleteLater();
+    }
+    m_windows.erase(dialog);
+}
+
+std::optional<VariableChoice> DesktopFrontEnd::chooseVariables(const VariableDialogCall& call) {
+    VariableDialog dialog(call, m_session->file(), m_owner);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.choice();
+}
+
+void DesktopFrontEnd::notShownYet(const char* what) {
+    QMessageBox::information(m_owner, Caption,
+                             QStringLiteral("%1 : ce dialogue n'est pas encore disponible.")
+                                 .arg(QString::fromUtf8(what)));
+}
+
+int DesktopFrontEnd::defineSelection(HWND) {
+    notShownYet("Sélection des observations");
+    return 0;
+}
+
+int DesktopFrontEnd::defineWeight(HWND) {
+    notShownYet("Pondération");
+    return 0;
+}
+
+int DesktopFrontEnd::openFile(HWND) {
+    notShownYet("Ouvrir un fichier");
+    return 0;
+}
+
+void DesktopFrontEnd::post(std::function<void()> task) {
+    QTimer::singleShot(0, m_owner, std::move(task));
+}
+
+void DesktopFrontEnd::dsplst(int, const char* text) {
+    QMessageBox::information(m_owner, Caption, qtext(text == nullptr ? "" : text));
+}
+
+void DesktopFrontEnd::d_pbar(const char* text) {
+    if (m_progress)
+        m_progress->setLabelText(qtext(text == nullptr ? "" : text));
+}
+
+void DesktopFrontEnd::dstart(unsigned long total) {
+    m_total = total;
+    m_calls = 0;
+    m_progress = new QProgressDialog(m_owner);
+    m_progress->setWindowTitle(Caption);
+    m_progress->setWindowModality(Qt::ApplicationModal);
+    m_progress->setMinimumDuration(500);
+    m_progress->setRange(0, 1000);
+}
+
+void DesktopFrontEnd::dstop() {
+    if (m_progress)
+        m_progress->deleteLater();
+    m_progress = nullptr;
+}
+
+int DesktopFrontEnd::lookbr() {
+    if (++m_calls % CallsBetweenRedraws != 0 || !m_progress)
+        return 0;
+    if (m_total > 0)
+        m_progress->setValue(int(std::min<unsigned long>(1000, m_calls * 1000 / m_total)));
+    // The progress dialog is application modal: the events it lets through reach no command
+    // that touches the analysis.
+    QApplication::processEvents();
+    return m_progress->wasCanceled() ? 1 : 0;
+}
+
+} // namespace wb::desktop

@@ -1,0 +1,44 @@
+#pragma once
+// The desktop's main window: the session's documents in a window area, the module's dialogs
+// as windows of their own, and the menus that reach them.
+//
+//   File      Open a data file (any file the workbench reads), Quit
+//   Analysis  Drill-down: a new analysis on the open file; its panel opens
+//   Window    Tile, Cascade
+//
+// The window owns the front end and the session; it ends the analysis, and lets its dialog
+// windows go, before either goes.
+
+#include <QMainWindow>
+
+#include "workbench/desktop/DesktopFrontEnd.h"
+#include "workbench/desktop/DocumentArea.h"
+#include "workbench/session/AnalysisSession.h"
+
+namespace wb::desktop {
+
+class MainWindow : public QMainWindow {
+public:
+    explicit MainWindow(SessionOptions options = {});
+    ~MainWindow() override;
+
+    // Opens a data file; a file that cannot be read gets a message naming it, and the open
+    // file stays. False then.
+    bool openFile(const QString& path);
+    // Starts a drill-down analysis on the open file; a message when it cannot start.
+    void startAnalysis();
+
+    AnalysisSession& session() { return m_session; }
+    DesktopFrontEnd& frontEnd() { return m_frontEnd; }
+    DocumentArea& documents() { return *m_area; }
+
+private:
+    void buildMenus();
+
+    DesktopFrontEnd m_frontEnd{this};
+    AnalysisSession m_session;
+    DocumentArea* m_area;
+    bool m_fileOpen = false;
+};
+
+} // namespace wb::desktop
