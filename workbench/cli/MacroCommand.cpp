@@ -4,11 +4,9 @@
 #include <fstream>
 #include <iostream>
 
-#include "drilldown/resources/Dialogs.h"
-#include "workbench/automation/Macro.h"
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
-#include "workbench/session/StateJson.h"
+#include "workbench/session/PanelMacro.h"
 
 namespace wb::cli {
 
@@ -47,20 +45,6 @@ MacroOptions parseMacroArguments(const Arguments& arguments) {
     return options;
 }
 
-// Why the run cannot go on after a statement: lists that the variable dialog refused, or a
-// modal dialog that nobody can answer.
-std::string statementProblem(DialogHost& dialogs, std::size_t& seen) {
-    if (std::string refused = dialogs.takeRefusedChoice(); !refused.empty())
-        return refused;
-    const std::vector<int>& opened = dialogs.modalDialogsOpened();
-    if (opened.size() == seen)
-        return {};
-    seen = opened.size();
-    const DialogTemplate* dialog = FindDialogTemplate(opened.back());
-    const std::string title = dialog != nullptr ? std::string(dialog->Title) : "?";
-    return "the dialog \"" + title + "\" opened, which a macro cannot answer";
-}
-
 int runMacroFile(const MacroOptions& options, std::ostream& out) {
     std::ifstream input(options.macro);
     if (!input)
@@ -68,23 +52,8 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
     HeadlessRun run(options.setup);
     AnalysisSession& session = run.session();
     try {
-        const std::vector<MacroStatement> statements =
-            parseMacro(input, options.macro, session.automation());
-        Dispatcher dispatcher(session.automation());
-        IDispatch* panel = session.panelObject();
-        // The macro holds the panel like any automation client, past the end of its window.
-        panel->AddRef();
-        struct Hold {
-            IDispatch* object;
-            ~Hold() { object->Release(); }
-        } hold{panel};
-        std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
-        MacroRunner::Hooks hooks{[&] { return stateToJson(run.analysis()).dump(2); },
-                                 [&] { return statementProblem(session.dialogs(), modalsSeen); }};
-        MacroRunner(dispatcher, panel, options.macro, hooks, out).run(statements);
-        // A macro ends as the user's OK does: the panel closes and its settings are kept.
-        if (session.dialogs().isOpen(session.panel()))
-            dispatcher.call(panel, "OK");
+        // A macro of the command ends as the user's OK does.
+        runPanelMacro(session, input, options.macro, out, true);
     } catch (const MacroError& error) {
         std::cerr << error.what() << '\n';
         return ExitDataError;

@@ -6,6 +6,9 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include <cstdio>
+#include <string>
+
 #include "workbench/desktop/QtText.h"
 #include "workbench/desktop/VariableDialog.h"
 
@@ -71,9 +74,7 @@ std::optional<VariableChoice> DesktopFrontEnd::chooseVariables(const VariableDia
 }
 
 void DesktopFrontEnd::notShownYet(const char* what) {
-    QMessageBox::information(m_owner, Caption,
-                             QStringLiteral("%1 : ce dialogue n'est pas encore disponible.")
-                                 .arg(QString::fromUtf8(what)));
+    dsplst(0, (std::string(what) + " : ce dialogue n'est pas encore disponible.").c_str());
 }
 
 int DesktopFrontEnd::defineSelection(HWND) {
@@ -96,7 +97,11 @@ void DesktopFrontEnd::post(std::function<void()> task) {
 }
 
 void DesktopFrontEnd::dsplst(int, const char* text) {
-    QMessageBox::information(m_owner, Caption, qtext(text == nullptr ? "" : text));
+    const char* shown = text == nullptr ? "" : text;
+    if (m_scripted)
+        std::fprintf(stderr, "drilldown-desktop: %s\n", shown);
+    else
+        QMessageBox::information(m_owner, Caption, qtext(shown));
 }
 
 void DesktopFrontEnd::d_pbar(const char* text) {

@@ -33,6 +33,8 @@ public:
         return FrontEnd{*this, *this, *this, documents};
     }
     void attach(AnalysisSession& session) { m_session = &session; }
+    // A scripted run has nobody to answer a message box: messages go to standard error.
+    void setScripted(bool scripted) { m_scripted = scripted; }
     // The window of a dialog of the module; null when it has none.
     TemplateDialog* windowOf(HWND dialog) const;
 
@@ -66,6 +68,7 @@ private:
     QPointer<QProgressDialog> m_progress;
     unsigned long m_total = 0;
     unsigned long m_calls = 0;
+    bool m_scripted = false;
 };
 
 } // namespace wb::desktop

@@ -6,7 +6,10 @@
 #include <QPicture>
 #include <QTableView>
 #include <QToolTip>
+#include <QTransform>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 #include "workbench/desktop/QtText.h"
 #include "workbench/documents/CellText.h"
@@ -102,38 +105,52 @@ QSize GraphView::sizeHint() const {
 
 void GraphView::refresh() {
     m_hotspots.clear();
-    m_hotspotsSize = QSize();
+    m_hotspotsDrawn = false;
     update();
 }
 
+QTransform GraphView::pictureTransform() const {
+    // The graph is drawn at the size of its pictures and scaled to the window, whole and
+    // centred, so that a small window shows the same picture smaller, not another layout.
+    const QSize picture = sizeHint();
+    const double scale =
+        std::min(double(width()) / picture.width(), double(height()) / picture.height());
+    QTransform transform;
+    transform.translate((width() - picture.width() * scale) / 2,
+                        (height() - picture.height() * scale) / 2);
+    transform.scale(scale, scale);
+    return transform;
+}
+
+void GraphView::draw(QPainter& painter) const {
+    GraphPainter picture(painter, graph()->graph(), sizeHint());
+    picture.paint();
+    m_hotspots = picture.hotspots();
+    m_hotspotsDrawn = true;
+}
+
 void GraphView::paintEvent(QPaintEvent*) {
-    const Document* document = graph();
-    if (document == nullptr)
+    if (graph() == nullptr)
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(rect(), Qt::white);
-    GraphPainter picture(painter, document->graph(), size());
-    picture.paint();
-    m_hotspots = picture.hotspots();
-    m_hotspotsSize = size();
+    painter.setTransform(pictureTransform());
+    draw(painter);
 }
 
 QString GraphView::toolTipAt(const QPoint& point) const {
-    const Document* document = graph();
-    if (document == nullptr)
+    if (graph() == nullptr)
         return {};
-    if (m_hotspotsSize != size()) {
-        // Not drawn at this size yet: the picture is drawn where nobody sees it.
+    if (!m_hotspotsDrawn) {
+        // Not drawn yet: the picture is drawn where nobody sees it.
         QPicture picture;
         QPainter painter(&picture);
-        GraphPainter hidden(painter, document->graph(), size());
-        hidden.paint();
-        m_hotspots = hidden.hotspots();
-        m_hotspotsSize = size();
+        draw(painter);
     }
+    const QPointF inPicture = pictureTransform().inverted().map(QPointF(point));
     for (const Hotspot& hotspot : m_hotspots)
-        if (hotspot.outline.containsPoint(point, Qt::OddEvenFill))
+        if (hotspot.outline.containsPoint(inPicture, Qt::OddEvenFill))
             return qtext(hotspot.text);
     return {};
 }

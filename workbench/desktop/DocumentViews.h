@@ -48,8 +48,8 @@ private:
     QLabel* m_subtitle;
 };
 
-// A graph document painted at the widget's size, with the tooltip of the bar, slice, box or
-// plot under the mouse.
+// A graph document drawn as its pictures are, scaled to fit the widget, with the tooltip of
+// the bar, slice, box or plot under the mouse.
 class GraphView : public QWidget {
 public:
     GraphView(const DocumentStore& store, int id, QWidget* parent = nullptr);
@@ -66,12 +66,16 @@ protected:
 
 private:
     const Document* graph() const;
+    // From the picture's coordinates to the widget's.
+    QTransform pictureTransform() const;
+    // Draws the graph at its pictures' size and keeps its hotspots.
+    void draw(QPainter& painter) const;
 
     const DocumentStore& m_store;
     int m_id;
-    // The hotspots of the last picture and the size it was drawn at.
+    // The hotspots of the picture, in its own coordinates.
     mutable std::vector<Hotspot> m_hotspots;
-    mutable QSize m_hotspotsSize;
+    mutable bool m_hotspotsDrawn = false;
 };
 
 } // namespace wb::desktop

@@ -1,12 +1,20 @@
 #include "workbench/desktop/MainWindow.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
+#include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QTabWidget>
 
+#include "drilldown/resources/ControlIds.h"
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/QtText.h"
+#include "workbench/session/PanelMacro.h"
+
+#include <fstream>
+#include <iostream>
 
 namespace wb::desktop {
 
@@ -71,6 +79,62 @@ void MainWindow::startAnalysis() {
     } catch (const ModuleError& error) {
         QMessageBox::warning(this, windowTitle(), qtext(error.what()));
     }
+}
+
+} // namespace wb::desktop
+
+namespace wb::desktop {
+
+int MainWindow::runScript(const QString& macro, const QString& screenshots) {
+    m_frontEnd.setScripted(true);
+    std::ifstream input(macro.toStdString());
+    if (!input) {
+        std::cerr << macro.toStdString() << ": cannot be read\n";
+        return 1;
+    }
+    if (!m_fileOpen) {
+        std::cerr << "no data file is open\n";
+        return 1;
+    }
+    int status = 0;
+    try {
+        m_session.startAnalysis();
+        runPanelMacro(m_session, input, macro.toStdString(), std::cout, false);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+        status = 1;
+    }
+    if (!screenshots.isEmpty())
+        writeScreenshots(screenshots);
+    return status;
+}
+
+void MainWindow::writeScreenshots(const QString& folder) {
+    QDir().mkpath(folder);
+    int number = 0;
+    const auto save = [&](QWidget& widget, const QString& what) {
+        QApplication::processEvents();
+        widget.grab().save(QStringLiteral("%1/%2-%3.png")
+                               .arg(folder)
+                               .arg(++number, 2, 10, QLatin1Char('0'))
+                               .arg(what));
+    };
+    m_area->tileSubWindows();
+    save(*this, QStringLiteral("main-window"));
+    if (TemplateDialog* panel = m_frontEnd.windowOf(m_session.panel())) {
+        for (QWidget* widget : panel->widgets(TabControl)) {
+            auto* tabs = qobject_cast<QTabWidget*>(widget);
+            for (int page = 0; tabs != nullptr && page < tabs->count(); ++page) {
+                tabs->setCurrentIndex(page);
+                save(*panel, QStringLiteral("panel-page-%1").arg(page + 1));
+            }
+        }
+    }
+    for (QMdiSubWindow* window : m_area->subWindowList()) {
+        window->showMaximized();
+        save(*window, QStringLiteral("document"));
+    }
+    m_area->tileSubWindows();
 }
 
 } // namespace wb::desktop

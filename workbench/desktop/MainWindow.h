@@ -27,6 +27,12 @@ public:
     bool openFile(const QString& path);
     // Starts a drill-down analysis on the open file; a message when it cannot start.
     void startAnalysis();
+    // The scripted run: starts an analysis, runs the macro through the panel's automation
+    // object (Print and Dump to standard output, messages to standard error), keeps every
+    // window open and writes one PNG per window into `screenshots` (when not empty): the
+    // main window, the panel with each of its pages, every document window. Gives the
+    // macro's exit status: 0, or 1 with the reason on standard error.
+    int runScript(const QString& macro, const QString& screenshots);
 
     AnalysisSession& session() { return m_session; }
     DesktopFrontEnd& frontEnd() { return m_frontEnd; }
@@ -34,6 +40,7 @@ public:
 
 private:
     void buildMenus();
+    void writeScreenshots(const QString& folder);
 
     DesktopFrontEnd m_frontEnd{this};
     AnalysisSession m_session;

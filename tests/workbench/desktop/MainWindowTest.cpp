@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QListWidget>
 #include <QMdiSubWindow>
 #include <QPushButton>
@@ -90,6 +91,38 @@ TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
     ASSERT_NE(shown, nullptr);
     EXPECT_EQ(shown->windowTitle().toStdString(), summary.name());
     EXPECT_EQ(session.dialogs().resultsLockDepth(session.panel()), 0);
+}
+
+// The scripted run drives the analysis by a macro through the same panel and writes every
+// window as a picture; a wrong statement gives status 1 and still leaves the pictures.
+TEST(MainWindow, AScriptedRunWritesEveryWindowAndGivesTheMacrosStatus) {
+    const struct {
+        const char* macro;
+        int status;
+        int documents;
+    } cases[] = {
+        {"Variables = \"REGION SEX | AGE\"\nDrillDownVariable = \"SEX\"\n"
+         "DrillDownCategory = 0\nDrillDown\nPrint Summary\nPrint Descriptives\n",
+         0, 2},
+        {"Variables = \"REGION | AGE\"\nNoSuchMember = 1\n", 1, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.macro);
+        wb::testing::TempDir dir;
+        wb::desktop::MainWindow window(wb::SessionOptions{
+            .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+            .outputFolder = dir.path("out"),
+            .keywordFile = {}});
+        ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
+        const std::string macro = dir.write("tour.ddm", c.macro);
+        EXPECT_EQ(window.runScript(QString::fromStdString(macro),
+                                   QString::fromStdString(dir.path("shots"))),
+                  c.status);
+        const QStringList pictures = QDir(QString::fromStdString(dir.path("shots")))
+                                         .entryList({"*.png"}, QDir::Files, QDir::Name);
+        // The main window, the panel's four pages, and one picture per document.
+        EXPECT_EQ(pictures.size(), 5 + c.documents) << pictures.join(" ").toStdString();
+    }
 }
 
 } // namespace

@@ -1,0 +1,47 @@
+#include "workbench/session/PanelMacro.h"
+
+#include <vector>
+
+#include "drilldown/resources/Dialogs.h"
+#include "workbench/session/StateJson.h"
+
+namespace wb {
+
+namespace {
+
+// Why the run cannot go on after a statement: lists that the variable dialog refused, or a
+// modal dialog that nobody can answer.
+std::string statementProblem(DialogHost& dialogs, std::size_t& seen) {
+    if (std::string refused = dialogs.takeRefusedChoice(); !refused.empty())
+        return refused;
+    const std::vector<int>& opened = dialogs.modalDialogsOpened();
+    if (opened.size() == seen)
+        return {};
+    seen = opened.size();
+    const DialogTemplate* dialog = FindDialogTemplate(opened.back());
+    const std::string title = dialog != nullptr ? std::string(dialog->Title) : "?";
+    return "the dialog \"" + title + "\" opened, which a macro cannot answer";
+}
+
+} // namespace
+
+void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::string& name,
+                   std::ostream& out, bool endAsOK) {
+    const std::vector<MacroStatement> statements = parseMacro(macro, name, session.automation());
+    Dispatcher dispatcher(session.automation());
+    IDispatch* panel = session.panelObject();
+    // The macro holds the panel like any automation client, past the end of its window.
+    panel->AddRef();
+    struct Hold {
+        IDispatch* object;
+        ~Hold() { object->Release(); }
+    } hold{panel};
+    std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
+    MacroRunner::Hooks hooks{[&] { return stateToJson(session.analysis()).dump(2); },
+                             [&] { return statementProblem(session.dialogs(), modalsSeen); }};
+    MacroRunner(dispatcher, panel, name, hooks, out).run(statements);
+    if (endAsOK && session.dialogs().isOpen(session.panel()))
+        dispatcher.call(panel, "OK");
+}
+
+} // namespace wb
