@@ -13,13 +13,20 @@
 #include <QTimer>
 #include <QTreeWidget>
 
+#include <fstream>
 #include <functional>
+#include <sstream>
 
 #include "drilldown/core/ModuleEntry.h"
 #include "drilldown/resources/ControlIds.h"
 #include "support/TempDir.h"
+#include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/MainWindow.h"
 #include "workbench/desktop/VariableDialog.h"
+#include "workbench/documents/GraphJson.h"
+#include "workbench/documents/TableJson.h"
+#include "workbench/headless/HeadlessFrontEnd.h"
+#include "workbench/session/PanelMacro.h"
 
 namespace {
 
@@ -123,6 +130,42 @@ TEST(MainWindow, AScriptedRunWritesEveryWindowAndGivesTheMacrosStatus) {
         // The main window, the panel's four pages, and one picture per document.
         EXPECT_EQ(pictures.size(), 5 + c.documents) << pictures.join(" ").toStdString();
     }
+}
+
+// The documents of the documents' store as JSON, in order.
+std::vector<std::string> documentsAsJson(const wb::DocumentStore& store) {
+    std::vector<std::string> texts;
+    for (const wb::Document& document : store.documents())
+        texts.push_back(document.isTable() ? wb::tableJsonText(document.table())
+                                           : wb::graphJsonText(document.graph()));
+    return texts;
+}
+
+// The tour through the desktop and through the headless front end: the same documents.
+TEST(MainWindow, TheDesktopAndTheHeadlessFrontEndMakeTheSameDocuments) {
+    const std::string sample = DD_SOURCE_DIR "/examples/sample.csv";
+    const std::string tour = DD_SOURCE_DIR "/examples/tour.ddm";
+    wb::testing::TempDir dir;
+    const wb::SessionOptions options{
+        .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+        .outputFolder = dir.path("out"),
+        .keywordFile = {}};
+    std::vector<std::string> desktop;
+    {
+        wb::desktop::MainWindow window(options);
+        ASSERT_TRUE(window.openFile(QString::fromStdString(sample)));
+        ASSERT_EQ(window.runScript(QString::fromStdString(tour), {}), 0);
+        desktop = documentsAsJson(window.session().documents());
+    }
+    wb::HeadlessFrontEnd headless(nullptr, nullptr);
+    wb::AnalysisSession session(headless.bundle(), options);
+    session.open(wb::loadDataFile(sample));
+    session.startAnalysis();
+    std::ifstream macro(tour);
+    std::ostringstream printed;
+    wb::runPanelMacro(session, macro, tour, printed, false);
+    EXPECT_EQ(desktop.size(), 21u);
+    EXPECT_EQ(desktop, documentsAsJson(session.documents()));
 }
 
 } // namespace
