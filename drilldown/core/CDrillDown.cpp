@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "../dialogs/StartupPanel.h"
+#include "../outputs/OutputTracker.h"
 #include "../resources/StringTable.h"
 #include "../resources/StringIds.h"
 
@@ -27,12 +28,14 @@ constexpr SEQFUNCTTBL kSequence[] = {
 
 } // namespace
 
-CDrillDown::CDrillDown(CAnalysisDoc* doc) : CAnalysisSupport(doc, ModuleContext()) {
+CDrillDown::CDrillDown(CAnalysisDoc* doc)
+    : CAnalysisSupport(doc, ModuleContext()), Outputs(std::make_unique<CDDNOutputTracker>(this)) {
     m_sequence.SetSequenceTable(this, kSequence, std::size(kSequence));
     InitMembers();
 }
 
 CDrillDown::~CDrillDown() {
+    Outputs->Clear(IsOleAutomation() == 0);
     ReleasePanel();
     DrillDowns.reset();
     DrillUps.reset();
@@ -51,6 +54,8 @@ void* CDrillDown::GetLibInstance() { return ModuleInstance(); }
 std::string CDrillDown::GetAnalysisName() const { return ModuleString(StrAnalysisName); }
 
 IDispatch* CDrillDown::GetDialogAutomationInterface() { return Panel; }
+
+void* CDrillDown::GetDialog() { return static_cast<CAnalysisDialog*>(Panel); }
 
 int CDrillDown::StartAnalysis() {
     // Without the sets of a successful Init there is nothing for a panel to show.
@@ -78,11 +83,6 @@ void CDrillDown::ReleasePanel() {
     if (window != nullptr && Dialogs().IsWindow(window) != 0)
         panel->ExitDialog(0, 0, 0);
     panel->Release();
-}
-
-int CDrillDown::AutoUpdate(unsigned short) {
-    // The stand-alone result windows are refreshed here once the outputs are tracked.
-    return 1;
 }
 
 void CDrillDown::InitMembers() {

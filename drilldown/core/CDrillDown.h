@@ -25,6 +25,7 @@
 
 enum class LoopEnd;
 class CasewiseTest;
+class CDDNOutputTracker;
 class CDDNStartupDlg;
 class ScanMoments;
 class SubsetTest;
@@ -49,6 +50,14 @@ public:
     // The panel, which also is the analysis's automation object: null before StartAnalysis,
     // and kept after its window has closed. No reference is added.
     IDispatch* GetDialogAutomationInterface() override;
+    // The panel as the analysis's current dialog (a CAnalysisDialog), or null.
+    void* GetDialog() override;
+
+    // Stand-alone results (outputs/). With StandAloneResults off, BeforeRouteOutput gives
+    // false and the host shows the output itself; on, the tracker decides.
+    bool BeforeRouteOutput(IDispatch* document) override;
+    bool OutputExists(unsigned int command, unsigned int number) const;
+    void SetNextOutputID(unsigned int command, unsigned int number);
 
     // Life of the object.
     void InitMembers();
@@ -222,7 +231,8 @@ public:
     void tdstar(int total, const char* text);
     void ddstop();
 
-    // Refreshes the stand-alone result windows after a drill step. 1 when done.
+    // Refreshes the stand-alone result windows after a drill step: 1 when done, 0 (and
+    // nothing done) with StandAloneResults off.
     int AutoUpdate(unsigned short unused);
 
     // The rescan rule with which every result operation opens: a pending change of the
@@ -262,6 +272,11 @@ public:
     std::unique_ptr<DrillSet> DrillDowns;
     std::unique_ptr<DrillSet> DrillUps;
     std::unique_ptr<DrillSet> Reviews;
+    std::unique_ptr<CDDNOutputTracker> Outputs;
+
+protected:
+    // The host's close: the tracked windows go with the analysis, unless a macro drives it.
+    void BeforeClose() override;
 
 private:
     // The panel made by StartAnalysis. The analysis holds a reference of its own, so the

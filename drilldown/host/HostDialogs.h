@@ -44,6 +44,8 @@ public:
     // terminator to the buffer in lParam; LB_INSERTSTRING inserts the text in lParam before
     // row wParam (-1: at the end) and gives its row; LB_DELETESTRING deletes row wParam and
     // gives the rows left. A row out of range gives LB_ERR. Other messages give 0.
+    // Sent to a dialog's own handle, any message goes to the dialog's message routine at
+    // once, as the user's action would deliver it, and its answer is given.
     virtual long SendMessageA(HWND control, unsigned message, unsigned long wParam,
                               long lParam) = 0;
     virtual int SetDlgItemTextA(HWND dialog, int id, const char* text) = 0;

@@ -111,6 +111,13 @@ MacroStatement parseStatement(std::string_view text, BstrAllocator& strings) {
         } else if (sameWord(first, "Dump") && rest.empty()) {
             statement.kind = MacroStatement::Kind::Dump;
             return statement;
+        } else if (sameWord(first, "Close")) {
+            statement.kind = MacroStatement::Kind::Close;
+            const auto [end, error] =
+                std::from_chars(rest.data(), rest.data() + rest.size(), statement.document);
+            if (error != std::errc() || end != rest.data() + rest.size() || statement.document < 1)
+                throw std::invalid_argument("Close needs a document number");
+            return statement;
         } else {
             statement.member = std::string(text);
         }
@@ -198,6 +205,13 @@ void MacroRunner::runOne(const MacroStatement& statement) {
     }
     case MacroStatement::Kind::Dump:
         m_out << (m_hooks.dump ? m_hooks.dump() : std::string()) << '\n';
+        return;
+    case MacroStatement::Kind::Close:
+        if (!m_hooks.close || !m_hooks.close(statement.document))
+            throw AutomationError("Close", E_INVALIDARG,
+                                  "no document " + std::to_string(statement.document) +
+                                      " is open",
+                                  {});
         return;
     }
 }

@@ -6,9 +6,11 @@
 //   Member             a method, or the get of a member that only gives (a result)
 //   Print Member       prints the value that the get gives; an object by its Name
 //   Dump               prints the state of the analysis
+//   Close N            closes result document N (its number in the output) as the user
+//                      closing its window does
 //   ' comment          from ' to the end of the line, outside quotes; blank lines are skipped
 //
-// Member names and the words Print, Dump, True and False match without regard to case.
+// Member names and the words Print, Dump, Close, True and False match without regard to case.
 //
 // To use: parseMacro reads the whole text first, so that a wrong line stops the run before
 // anything has happened; MacroRunner then runs the statements in order against the object.
@@ -31,10 +33,11 @@ public:
 };
 
 struct MacroStatement {
-    enum class Kind { Put, Call, Print, Dump };
+    enum class Kind { Put, Call, Print, Dump, Close };
     Kind kind = Kind::Call;
     std::string member;
     COleVariant value; // of a put
+    int document = 0;  // of a Close
     int line = 0;
     std::string text; // the statement as written, without its comment
 };
@@ -55,6 +58,8 @@ public:
         // Checked after each statement: a text that says why the run cannot go on (a modal
         // dialog that nobody can answer opened), or empty.
         std::function<std::string()> problem;
+        // Closes a result document; false when none has that number.
+        std::function<bool(int number)> close;
     };
 
     MacroRunner(Dispatcher& dispatcher, IDispatch* object, std::string name, Hooks hooks,

@@ -22,6 +22,8 @@ HeadlessRun::HeadlessRun(const RunSetup& setup)
     : m_folder(setup.out),
       m_session(m_frontEnd.bundle(&m_folder), SessionOptions{.outputFolder = setup.out}) {
     m_session.open(loadForRun(setup));
+    // The command drives the analysis to its end: its documents outlive it in the folder.
+    m_session.analysisDocument().setAutomated(true);
     m_session.startAnalysis();
 }
 

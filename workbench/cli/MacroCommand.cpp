@@ -3,10 +3,12 @@
 
 #include <fstream>
 #include <iostream>
+#include <optional>
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
 #include "workbench/session/PanelMacro.h"
+#include "workbench/session/WindowLayout.h"
 
 namespace wb::cli {
 
@@ -15,6 +17,8 @@ namespace {
 struct MacroOptions {
     RunSetup setup;
     std::string macro;
+    std::optional<std::string> layout;     // restored before the macro
+    std::optional<std::string> saveLayout; // written after it
 };
 
 MacroOptions parseMacroArguments(const Arguments& arguments) {
@@ -33,6 +37,10 @@ MacroOptions parseMacroArguments(const Arguments& arguments) {
             options.setup.weight = value();
         else if (argument == "--select")
             options.setup.selection = value();
+        else if (argument == "--layout")
+            options.layout = value();
+        else if (argument == "--save-layout")
+            options.saveLayout = value();
         else if (argument.starts_with("--"))
             throw UsageError("unknown option " + argument);
         else
@@ -45,6 +53,28 @@ MacroOptions parseMacroArguments(const Arguments& arguments) {
     return options;
 }
 
+void restoreLayout(AnalysisSession& session, const std::string& path) {
+    std::ifstream input(path);
+    std::string text;
+    if (!input || !std::getline(input, text))
+        throw DataError(path + ": cannot be read");
+    try {
+        restoreWindowLayout(session, text);
+    } catch (const LayoutError& error) {
+        throw DataError(path + ": " + error.what());
+    }
+}
+
+void saveLayout(AnalysisSession& session, const std::string& path) {
+    try {
+        std::ofstream output(path);
+        if (!(output << windowLayout(session) << '\n') || !output.flush())
+            throw DataError(path + ": cannot be written");
+    } catch (const LayoutError& error) {
+        throw DataError(path + ": " + error.what());
+    }
+}
+
 int runMacroFile(const MacroOptions& options, std::ostream& out) {
     std::ifstream input(options.macro);
     if (!input)
@@ -52,12 +82,18 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
     HeadlessRun run(options.setup);
     AnalysisSession& session = run.session();
     try {
-        // A macro of the command ends as the user's OK does.
-        runPanelMacro(session, input, options.macro, out, true);
+        runPanelMacro(session, input, options.macro, out);
     } catch (const MacroError& error) {
         std::cerr << error.what() << '\n';
         return ExitDataError;
     }
+    // The windows of a layout come back for the variables and subset the macro set up.
+    if (options.layout)
+        restoreLayout(session, *options.layout);
+    if (options.saveLayout)
+        saveLayout(session, *options.saveLayout);
+    // A macro of the command ends as the user's OK does.
+    endPanelAsOK(session);
     if (!session.output().documents().empty()) {
         out << "\nWrote " << documentCount(session.output().documents()) << " to "
             << run.folder().folder().string() << "/index.html:\n";

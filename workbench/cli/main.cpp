@@ -34,9 +34,13 @@ constexpr std::array Commands{
             "frequency tables of both levels as JSON and HTML with an index page, and saves "
             "the current subset as a data file, into DIR (default ./drilldown-out)",
             runReport},
-    Command{"run", "FILE MACRO [--out DIR] [--weight VAR] [--select EXPR]",
+    Command{"run",
+            "FILE MACRO [--out DIR] [--weight VAR] [--select EXPR] [--layout FILE] "
+            "[--save-layout FILE]",
             "run a macro against a new Drill-Down analysis on FILE, one statement a line: "
-            "Member = value, Member, Print Member, Dump; ' starts a comment",
+            "Member = value, Member, Print Member, Dump, Close N; ' starts a comment. "
+            "--layout then makes the stand-alone result windows of a saved layout again for "
+            "the subset the macro reached, --save-layout writes where they stand",
             runMacro},
     Command{"demo", "[--out DIR]",
             "run the tour macro examples/tour.ddm on the sample data, writing its tables "

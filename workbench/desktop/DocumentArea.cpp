@@ -1,6 +1,8 @@
 #include "workbench/desktop/DocumentArea.h"
 
 #include <QCloseEvent>
+#include <QMoveEvent>
+#include <QResizeEvent>
 #include <QMdiSubWindow>
 
 #include "workbench/desktop/DocumentViews.h"
@@ -11,14 +13,25 @@ namespace wb::desktop {
 namespace {
 
 // A document's window: closing it by hand closes the document in the store, which then
-// takes the window away.
+// takes the window away; moving or resizing it is kept in the document's state, where a
+// macro and the window layout read it.
 class DocumentWindow : public QMdiSubWindow {
 public:
     DocumentWindow(DocumentStore& store, int id) : m_store(store), m_id(id) {
         setAttribute(Qt::WA_DeleteOnClose);
     }
+    int id() const { return m_id; }
 
 protected:
+    void moveEvent(QMoveEvent* event) override {
+        QMdiSubWindow::moveEvent(event);
+        keepGeometry();
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        QMdiSubWindow::resizeEvent(event);
+        keepGeometry();
+    }
+
     void closeEvent(QCloseEvent* event) override {
         if (m_store.find(m_id) != nullptr) {
             event->ignore();
@@ -29,6 +42,11 @@ protected:
     }
 
 private:
+    void keepGeometry() {
+        if (const std::shared_ptr<DocumentState> state = m_store.state(m_id))
+            state->window = {x(), y(), width(), height(), state->window.state};
+    }
+
     DocumentStore& m_store;
     int m_id;
 };
@@ -40,6 +58,16 @@ DocumentArea::DocumentArea(DocumentStore& store, QWidget* parent)
     for (const Document& document : store.documents())
         added(document);
     store.addObserver(*this);
+    // The store keeps the stacking order that the window layout stores.
+    connect(this, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* window) {
+        const auto* document = dynamic_cast<DocumentWindow*>(window);
+        if (document == nullptr)
+            return;
+        // The window is where the user put it: the store's echo must not move it.
+        m_activating = true;
+        m_store.activate(document->id());
+        m_activating = false;
+    });
 }
 
 DocumentArea::~DocumentArea() {
@@ -88,6 +116,8 @@ void DocumentArea::closed(const Document& document) {
 }
 
 void DocumentArea::stateChanged(const Document& document) {
+    if (m_activating)
+        return;
     QMdiSubWindow* window = windowOf(document.id);
     const std::shared_ptr<DocumentState> state = m_store.state(document.id);
     if (window == nullptr || state == nullptr)
@@ -98,6 +128,8 @@ void DocumentArea::stateChanged(const Document& document) {
                            : place.state == 2 ? Qt::WindowMaximized
                                               : Qt::WindowNoState);
     window->setVisible(state->visible);
+    if (m_store.activeDocument() == document.id && activeSubWindow() != window)
+        setActiveSubWindow(window);
 }
 
 } // namespace wb::desktop

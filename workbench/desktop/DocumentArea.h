@@ -10,7 +10,8 @@
 //      closed closes its window; a macro's change to the document's window (left, top,
 //      width, height, state, visible) moves the real window;
 //   3. the user closing a window closes the document in the store, which raises its close
-//      event.
+//      event; moving, resizing or activating one is kept in the store (the document's window
+//      state and the stacking order), where macros and the window layout read it.
 // Views read their document from the store each time they draw; they keep no copy.
 
 #include <map>
@@ -43,6 +44,7 @@ private:
 
     DocumentStore& m_store;
     std::map<int, QMdiSubWindow*> m_windows;
+    bool m_activating = false; // the user activated a window, which the store is being told
 };
 
 } // namespace wb::desktop

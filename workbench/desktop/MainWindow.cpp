@@ -99,7 +99,7 @@ int MainWindow::runScript(const QString& macro, const QString& screenshots) {
     int status = 0;
     try {
         m_session.startAnalysis();
-        runPanelMacro(m_session, input, macro.toStdString(), std::cout, false);
+        runPanelMacro(m_session, input, macro.toStdString(), std::cout);
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         status = 1;

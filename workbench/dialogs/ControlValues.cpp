@@ -126,14 +126,40 @@ HRESULT DialogHost::pressForDocument(HWND dialog, int id, VARIANT* value) {
     if (!control.enabled)
         return fail(E_FAIL, "Control " + std::to_string(id) + quotedText(control) +
                                 " is disabled now.");
-    // The first document the command makes, table or graph, is the one a macro gets back.
-    const std::size_t made = m_output != nullptr ? m_output->documents().size() : 0;
+    // The first document the command shows, table or graph, new or refreshed in its window,
+    // is the one a macro gets back.
+    struct FirstShown final : DocumentObserver {
+        int id = 0;
+        void added(const Document& document) override { take(document); }
+        void replaced(const Document& document) override { take(document); }
+        void closed(const Document&) override {}
+        void stateChanged(const Document&) override {}
+        void take(const Document& document) {
+            if (id == 0)
+                id = document.id;
+        }
+    } first;
+    struct Watch {
+        OutputService* output;
+        DocumentObserver& observer;
+        Watch(OutputService* o, DocumentObserver& w) : output(o), observer(w) {
+            if (output != nullptr)
+                output->store().addObserver(observer);
+        }
+        ~Watch() {
+            if (output != nullptr)
+                output->store().removeObserver(observer);
+        }
+    };
     const std::size_t files = m_newFile != nullptr ? m_newFile->finishedFiles().size() : 0;
-    clickControl(dialog, id);
+    {
+        Watch watch(m_output, first);
+        clickControl(dialog, id);
+    }
     value->vt = VT_DISPATCH;
     value->pdispVal = nullptr;
-    if (m_output != nullptr && m_output->documents().size() > made) {
-        value->pdispVal = m_output->documentObject(made);
+    if (m_output != nullptr && first.id != 0) {
+        value->pdispVal = m_output->documentObject(first.id);
     } else if (m_newFile != nullptr && m_automation != nullptr &&
                m_newFile->finishedFiles().size() > files) {
         auto saved = std::make_shared<DocumentState>();

@@ -66,6 +66,8 @@ unsigned DialogHost::IsDlgButtonChecked(HWND dialog, int id) {
 
 long DialogHost::SendMessageA(HWND control, unsigned message, unsigned long wParam,
                               long lParam) {
+    if (window(control) != nullptr)
+        return deliver(control, message, wParam, lParam);
     const auto ref = m_model.controlOf(control);
     if (!ref)
         return message == LB_GETCURSEL || message == LB_SETCURSEL ? LB_ERR : 0;

@@ -40,10 +40,15 @@ constexpr MemberDescription WindowMembers[] = {
 };
 
 constexpr InterfaceDescription Interfaces[] = {
-    {"Document", IID_WorkbenchDocument, "A result document", IID_IDispatch, DocumentMembers},
-    {"DocumentWindow", IID_WorkbenchDocumentWindow, "The window of a result document",
-     IID_IDispatch, WindowMembers},
+    {"Document", IID_SpreadsheetDocument, "A result table", IID_IDispatch, DocumentMembers},
+    {"GraphDocument", IID_GraphDocument, "A result graph", IID_IDispatch, DocumentMembers},
+    {"DocumentWindow", IID_DocumentWindow, "The window of a result document", IID_IDispatch,
+     WindowMembers},
 };
+
+const IID& EventInterface(const DocumentState& state) {
+    return state.graph ? IID_GraphEvents : IID_SpreadsheetEvents;
+}
 
 constexpr TypeLibDescription Library = {
     "WorkbenchDocuments", LIBID_WorkbenchDocuments, 1, 0, 0x409,
@@ -52,7 +57,7 @@ constexpr TypeLibDescription Library = {
 class WindowObject final : public AutomationObject {
 public:
     WindowObject(HostAutomation& automation, std::shared_ptr<DocumentState> state)
-        : AutomationObject(automation, IID_WorkbenchDocumentWindow), m_state(std::move(state)) {}
+        : AutomationObject(automation, IID_DocumentWindow), m_state(std::move(state)) {}
 
 protected:
     HRESULT invokeMember(DISPID id, const DispatchCall& call, VARIANT* result) override {
@@ -105,7 +110,7 @@ public:
     HRESULT GetConnectionInterface(IID* iid) override {
         if (iid == nullptr)
             return E_POINTER;
-        *iid = IID_WorkbenchDocumentEvents;
+        *iid = EventInterface(*m_state);
         return S_OK;
     }
     HRESULT Advise(IUnknown* sink, DWORD* cookie) override {
@@ -139,7 +144,11 @@ private:
 class DocumentObject final : public AutomationObject, public IConnectionPointContainer {
 public:
     DocumentObject(HostAutomation& automation, std::shared_ptr<DocumentState> state)
-        : AutomationObject(automation, IID_WorkbenchDocument), m_state(std::move(state)) {}
+        : AutomationObject(automation,
+                           state->graph ? IID_GraphDocument : IID_SpreadsheetDocument),
+          m_state(std::move(state)) {}
+
+    DocumentState& state() const { return *m_state; }
 
     HRESULT QueryInterface(REFIID iid, void** object) override {
         if (object != nullptr && iid == IID_IConnectionPointContainer) {
@@ -155,7 +164,7 @@ public:
     HRESULT FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
         if (point == nullptr)
             return E_POINTER;
-        *point = iid == IID_WorkbenchDocumentEvents ? new ClosePoint(m_state) : nullptr;
+        *point = iid == EventInterface(*m_state) ? new ClosePoint(m_state) : nullptr;
         return *point != nullptr ? S_OK : CONNECT_E_NOCONNECTION;
     }
 
@@ -171,6 +180,8 @@ protected:
             if (call.Access == Put) {
                 flag = call.Arguments.at(0).lVal != 0;
                 TellChanged(*m_state);
+                if (id == Visible && flag)
+                    TellShown();
             } else
                 *result = COleVariant(static_cast<LONG>(flag ? 1 : 0)).Detach();
             return S_OK;
@@ -178,6 +189,7 @@ protected:
         case Activate:
             if (m_state->list != nullptr)
                 m_state->list->active = m_state->number;
+            TellShown();
             return S_OK;
         case Window: {
             IDispatch* window = new WindowObject(m_automation, m_state);
@@ -190,6 +202,13 @@ protected:
     }
 
 private:
+    // Tells the store, while it stands, that this object activated the document or made it
+    // visible: a document that waited shows now.
+    void TellShown() {
+        if (m_state->list != nullptr && m_state->list->shown)
+            m_state->list->shown(m_state->number, this);
+    }
+
     std::shared_ptr<DocumentState> m_state;
 };
 
@@ -211,7 +230,7 @@ void CloseDocument(DocumentState& state) {
         sink->AddRef();
     for (const auto& [cookie, sink] : sinks) {
         DISPPARAMS none;
-        sink->Invoke(DocumentClosedEvent, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr,
+        sink->Invoke(state.graph ? GraphClosedEvent : SpreadsheetClosedEvent, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr,
                      nullptr);
         sink->Release();
     }
@@ -223,6 +242,11 @@ HRESULT RegisterDocumentTypeLib(HostAutomation& automation) {
 
 IDispatch* NewDocumentObject(HostAutomation& automation, std::shared_ptr<DocumentState> state) {
     return new DocumentObject(automation, std::move(state));
+}
+
+DocumentState* DocumentStateOf(IUnknown* object) {
+    const auto* document = dynamic_cast<DocumentObject*>(object);
+    return document != nullptr ? &document->state() : nullptr;
 }
 
 } // namespace wb

@@ -6,9 +6,11 @@
 //   DocumentWindow:  Left, Top, Width, Height (pixels), State (0 normal, 1 minimised,
 //                    2 maximised)
 //
-// A document raises one event, its close: sinks connected through IConnectionPointContainer
-// to the event interface are called with identifier DocumentClosedEvent and no arguments
-// when CloseDocument closes it (the user closed its window).
+// A table answers the spreadsheet interface, a graph the graph interface (both in
+// drilldown/host/HostAnalysisDoc.h, with their event interfaces). A document raises one
+// event, its close: sinks connected through IConnectionPointContainer to its kind's event
+// interface are called with the kind's closed event and no arguments when CloseDocument
+// closes it (the user closed its window).
 //
 // A document starts saved and visible (the headless front end writes it to its folder as it
 // is made); the properties keep what a macro writes, and each change is told to the store's
@@ -22,17 +24,11 @@
 #include <utility>
 #include <vector>
 
+#include "drilldown/host/HostAnalysisDoc.h"
 #include "drilldown/host/HostAutomation.h"
 
 namespace wb {
 
-// The interfaces of a table document, of its events and of a document's window.
-inline constexpr IID IID_WorkbenchDocument = MakeGuid("C9E2A006-3D45-11D4-9FF4-00C04FA0D540");
-inline constexpr IID IID_WorkbenchDocumentEvents =
-    MakeGuid("C9E2A007-3D45-11D4-9FF4-00C04FA0D540");
-inline constexpr IID IID_WorkbenchDocumentWindow =
-    MakeGuid("C9E2A01B-3D45-11D4-9FF4-00C04FA0D540");
-inline constexpr DISPID DocumentClosedEvent = 12;
 inline constexpr GUID LIBID_WorkbenchDocuments = MakeGuid("6D0C7A12-5E1B-4C2A-9B3E-2F6A1D0C7A12");
 
 struct DocumentWindowState {
@@ -43,11 +39,13 @@ struct DocumentWindowState {
     int state = 0;
 };
 
-// The documents of one store: which was activated last (its number, 0 for none), and whom
-// to tell when a macro changes a document's state (empty once the store has gone).
+// The documents of one store: which was activated last (its number, 0 for none), whom to
+// tell when a macro changes a document's state, and whom when a document's object activates
+// it or makes it visible (both empty once the store has gone).
 struct DocumentList {
     int active = 0;
     std::function<void(int number)> changed;
+    std::function<void(int number, IDispatch* object)> shown;
 };
 
 struct DocumentState {
@@ -58,6 +56,7 @@ struct DocumentState {
 
     int number = 0;
     std::string name;
+    bool graph = false; // which interface its objects answer
     bool saved = true;
     bool visible = true;
     bool closed = false;
@@ -77,5 +76,7 @@ HRESULT RegisterDocumentTypeLib(HostAutomation& automation);
 
 // A new Document object over `state`, with one reference for the caller.
 IDispatch* NewDocumentObject(HostAutomation& automation, std::shared_ptr<DocumentState> state);
+// The state behind a Document object of this file; null for any other object.
+DocumentState* DocumentStateOf(IUnknown* object);
 
 } // namespace wb

@@ -13,6 +13,16 @@
 //      command and output number; close(id) takes it out (its close event is raised);
 //   4. observers are told after each change, in the order they were added. An observer that
 //      throws stops the telling; the change stands and the exception reaches the caller.
+//
+// A document may also wait before it shows: reserve(document) gives it its id, command,
+// output number and state without telling anyone (an analysis decides its fate first).
+// It becomes live when its automation object activates it or makes it visible (the store
+// then keeps that object as long as the document lives), with admit(id), or by giving its
+// content to a live document (replaceFrom). A waiting document whose automation objects
+// have all gone is forgotten.
+//
+// The stacking order of the live documents' windows (front first) follows additions and
+// activations; a front end tells the store when the user brings a window to the front.
 
 #include <memory>
 #include <vector>
@@ -45,13 +55,27 @@ public:
 
     void beginCommand(int command);
     void endCommand();
-    // The command being run, 0 for none.
+    // The command being run, 0 for none, and the outputs its run has made so far.
     int currentCommand() const;
+    int currentOutputs() const;
 
     // Gives the new document's id.
     int add(Document document);
+    // A document that waits (see above): its id and its state.
+    std::pair<int, std::shared_ptr<DocumentState>> reserve(Document document);
+    // Makes a waiting document live, keeping `object` (may be null) while it lives.
+    void admit(int id, IDispatch* object = nullptr);
+    // The live document `id` takes the content of the waiting document `from`, which goes;
+    // false when either is not there.
+    bool replaceFrom(int id, int from);
+    // Brings the live document's window to the front and makes it the active one.
+    void activate(int id);
+    // The place of the live document's window in the stacking order, 0 for the front-most;
+    // -1 for none.
+    int windowPlace(int id) const;
     // Unknown ids change nothing.
     void replace(int id, Document document);
+    // A live document closes (its close event is raised); a waiting one is forgotten.
     void close(int id);
 
     // The live documents, in window order.
@@ -69,11 +93,21 @@ private:
         int command = 0;
         int outputs = 0;
     };
+    struct Waiting {
+        Document document;
+        std::weak_ptr<DocumentState> state;
+    };
     std::size_t indexOf(int id) const;
+    std::vector<Waiting>::iterator findWaiting(int id);
     template <typename Tell> void tell(Tell&& tell);
+    // The document's automation object asked to show it.
+    void shown(int id, IDispatch* object);
 
     std::vector<Document> m_documents;
     std::vector<std::shared_ptr<DocumentState>> m_states; // beside m_documents
+    std::vector<IDispatch*> m_objects;                    // beside m_documents, owned or null
+    std::vector<Waiting> m_waiting;
+    std::vector<int> m_stacking; // ids of the live documents, front first
     std::vector<DocumentObserver*> m_observers;
     std::vector<CommandRun> m_runs;
     int m_lastId = 0;

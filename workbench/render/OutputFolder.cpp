@@ -249,8 +249,17 @@ void OutputFolder::replaced(const Document& document) {
     writeFile(IndexName, indexHtml());
 }
 
+// The folder shows the session as it stands: a closed document's files go with it.
 void OutputFolder::closed(const Document& document) {
-    std::erase_if(m_entries, [&](const Entry& e) { return e.number == document.id; });
+    const auto entry = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&](const Entry& e) { return e.number == document.id; });
+    if (entry == m_entries.end())
+        return;
+    for (const char* extension : {".json", ".html", ".svg", ".png"}) {
+        std::error_code ignored; // a file that is not there is gone already
+        std::filesystem::remove(m_folder / (entry->stem + extension), ignored);
+    }
+    m_entries.erase(entry);
     writeFile(IndexName, indexHtml());
 }
 

@@ -178,7 +178,17 @@ std::string OutputService::cText(const char* text) const {
 
 int OutputService::keep(Document document) {
     try {
-        m_store.add(std::move(document));
+        if (!m_router || m_automation == nullptr) {
+            m_store.add(std::move(document));
+            return 1;
+        }
+        // The analysis sees the document first; what it does not take shows as usual.
+        auto [id, state] = m_store.reserve(std::move(document));
+        IDispatch* object = NewDocumentObject(*m_automation, std::move(state));
+        if (!m_router(object)) {
+            m_store.admit(id);
+            object->Release();
+        }
         return 1;
     } catch (const std::exception& error) {
         m_lastError = error.what();
@@ -373,10 +383,11 @@ void OutputService::setAutomation(HostAutomation* automation) {
         RegisterDocumentTypeLib(*automation);
 }
 
-IDispatch* OutputService::documentObject(std::size_t index) const {
-    if (m_automation == nullptr || index >= documents().size())
+IDispatch* OutputService::documentObject(int id) const {
+    std::shared_ptr<DocumentState> state = m_store.state(id);
+    if (m_automation == nullptr || state == nullptr)
         return nullptr;
-    return NewDocumentObject(*m_automation, m_store.state(documents()[index].id));
+    return NewDocumentObject(*m_automation, std::move(state));
 }
 
 } // namespace wb

@@ -30,6 +30,7 @@
 // chart calls fail the same way: nothing made for arguments that describe no graph, the
 // document kept when only an observer failed.
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -62,11 +63,17 @@ public:
     // The session's live tables and graphs, in window order.
     const std::vector<Document>& documents() const { return m_store.documents(); }
 
+    // Offers every new document, as an object of the automation runtime, to the analysis
+    // before it shows (its BeforeRouteOutput): true when the analysis took it and decides
+    // when it shows. Empty: every document shows at once.
+    using Router = std::function<bool(IDispatch* document)>;
+    void setRouter(Router router) { m_router = std::move(router); }
+
     // The runtime of the documents' automation objects; registers their type library.
     void setAutomation(HostAutomation* automation);
-    // A new automation object of documents()[index], with one reference for the caller;
-    // null without a runtime or for an index out of range.
-    IDispatch* documentObject(std::size_t index) const;
+    // A new automation object of the live document `id`, with one reference for the caller;
+    // null without a runtime or for an id of no live document.
+    IDispatch* documentObject(int id) const;
     // Why the latest failed looka4 failed; empty when none failed since clearError.
     const std::string& lastError() const { return m_lastError; }
     void clearError() { m_lastError.clear(); }
@@ -141,6 +148,7 @@ private:
     const VmkTag* m_vmk = nullptr;
     const DataFile* m_file = nullptr;
     HostAutomation* m_automation = nullptr;
+    Router m_router;
     std::string m_lastError;
 };
 

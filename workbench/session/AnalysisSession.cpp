@@ -46,7 +46,10 @@ CDrillDown& AnalysisSession::startAnalysis() {
         else
             m_loader.attach(std::get<ModuleEntryPoints>(m_options.module), "linked in");
     }
-    m_analysis = &dynamic_cast<CDrillDown&>(m_loader.openAnalysis());
+    m_analysis = &dynamic_cast<CDrillDown&>(m_loader.openAnalysis(&m_analysisDocument));
+    m_output.setRouter([analysis = m_analysis](IDispatch* document) {
+        return analysis->BeforeRouteOutput(document);
+    });
     // The file block exists once step 100 has bound the module's blocks.
     m_output.setFileBlock(m_data.fileBlock());
     return *m_analysis;
@@ -55,6 +58,7 @@ CDrillDown& AnalysisSession::startAnalysis() {
 void AnalysisSession::closeAnalysis() {
     if (m_analysis == nullptr)
         return;
+    m_output.setRouter({});
     m_loader.closeAnalysis(*m_analysis);
     m_analysis = nullptr;
 }

@@ -30,6 +30,7 @@
 #include "workbench/services/NewFileService.h"
 #include "workbench/services/OutputService.h"
 #include "workbench/services/TextService.h"
+#include "workbench/session/AnalysisDocument.h"
 #include "workbench/session/ModuleLoader.h"
 
 namespace wb {
@@ -103,13 +104,15 @@ public:
     DialogHost& dialogs() { return m_dialogs; }
     OutputService& output() { return m_output; }
     DocumentStore& documents() { return m_documents; }
+    AnalysisDocument& analysisDocument() { return m_analysisDocument; }
     NewFileService& newFile() { return m_newFile; }
     AutomationRuntime& automation() { return m_automation; }
     KeywordStore& keywords() { return m_keywords; }
 
-private:
     // Sets a member of the panel, or presses a button with no value; DrillError on failure.
     void setPanelMember(const std::string& member, const VARIANT& value);
+
+private:
     void pressPanelButton(const std::string& member);
     // Names the variable in the panel's drill-down list; DrillError when it is not there.
     void makeCurrentDrillDown(short variable);
@@ -126,6 +129,7 @@ private:
     NewFileService m_newFile;
     DocumentStore m_documents;
     OutputService m_output{m_documents};
+    AnalysisDocument m_analysisDocument{m_documents};
     // Last, so that it ends the analysis before the services it uses go.
     ModuleLoader m_loader;
     CDrillDown* m_analysis = nullptr;

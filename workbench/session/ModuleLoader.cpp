@@ -84,12 +84,13 @@ void ModuleLoader::attachEntryPoints(ModuleEntryPoints entryPoints) {
     m_context->Host = m_services;
 }
 
-CAnalysisSupport& ModuleLoader::openAnalysis() {
+CAnalysisSupport& ModuleLoader::openAnalysis(CAnalysisDoc* document) {
     if (!isLoaded())
         throw ModuleError("no module loaded");
     CAnalysisSupport* analysis = m_newAnalysis();
     if (analysis == nullptr)
         throw ModuleError("module " + m_path + " could not create an analysis");
+    analysis->AttachDocument(document);
     analysis->ContextEntry();
     if (analysis->ForwardSequence(FirstStep, 0) == 0) {
         destroy(analysis);

@@ -7,7 +7,8 @@
 //      module's context. Throws ModuleError, naming the path, when any of this fails.
 //      attach(entryPoints, name) does the same for a module linked into the program (the
 //      tests and the benchmark, which also reach the module's internals).
-//   2. openAnalysis(): Vmk6NewAnalysis() makes an analysis; its sequence table runs from
+//   2. openAnalysis(document): Vmk6NewAnalysis() makes an analysis, the host's document of
+//      it (which must outlive it) is attached; its sequence table runs from
 //      step 100 (binding the host's blocks, then starting the analysis). Throws ModuleError
 //      when the module gives no analysis or the sequence gives 0; nothing stays open then.
 //   3. closeAnalysis(a): the analysis's Close (its BeforeClose), then its virtual destructor.
@@ -59,7 +60,7 @@ public:
     bool isLoaded() const { return m_context != nullptr; }
     const std::string& path() const { return m_path; }
 
-    CAnalysisSupport& openAnalysis();
+    CAnalysisSupport& openAnalysis(CAnalysisDoc* document = nullptr);
     void closeAnalysis(CAnalysisSupport& analysis);
     std::size_t analysisCount() const { return m_analyses.size(); }
 

@@ -26,7 +26,7 @@ std::string statementProblem(DialogHost& dialogs, std::size_t& seen) {
 } // namespace
 
 void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::string& name,
-                   std::ostream& out, bool endAsOK) {
+                   std::ostream& out) {
     const std::vector<MacroStatement> statements = parseMacro(macro, name, session.automation());
     Dispatcher dispatcher(session.automation());
     IDispatch* panel = session.panelObject();
@@ -36,12 +36,27 @@ void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::str
         IDispatch* object;
         ~Hold() { object->Release(); }
     } hold{panel};
+    // The analysis knows that a macro drives it: closing it then leaves its windows open.
+    struct Driving {
+        AnalysisDocument& document;
+        explicit Driving(AnalysisDocument& d) : document(d) { document.beginMacro(); }
+        ~Driving() { document.endMacro(); }
+    } driving(session.analysisDocument());
     std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
     MacroRunner::Hooks hooks{[&] { return stateToJson(session.analysis()).dump(2); },
-                             [&] { return statementProblem(session.dialogs(), modalsSeen); }};
+                             [&] { return statementProblem(session.dialogs(), modalsSeen); },
+                             [&](int number) {
+                                 if (session.documents().find(number) == nullptr)
+                                     return false;
+                                 session.documents().close(number);
+                                 return true;
+                             }};
     MacroRunner(dispatcher, panel, name, hooks, out).run(statements);
-    if (endAsOK && session.dialogs().isOpen(session.panel()))
-        dispatcher.call(panel, "OK");
+}
+
+void endPanelAsOK(AnalysisSession& session) {
+    if (session.dialogs().isOpen(session.panel()))
+        Dispatcher(session.automation()).call(session.panelObject(), "OK");
 }
 
 } // namespace wb

@@ -9,7 +9,7 @@
 //   3. the run stops with MacroError ("MACRO:LINE: STATEMENT: reason") at a statement the
 //      panel refuses, at lists the variable dialog refused, or when a modal dialog opened
 //      that no macro can answer.
-// With `endAsOK` the run ends as the user's OK does: the panel closes, its settings kept.
+// endPanelAsOK ends a run as the user's OK does: the panel closes, its settings kept.
 
 #include <iosfwd>
 #include <string>
@@ -20,6 +20,7 @@
 namespace wb {
 
 void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::string& name,
-                   std::ostream& out, bool endAsOK);
+                   std::ostream& out);
+void endPanelAsOK(AnalysisSession& session);
 
 } // namespace wb

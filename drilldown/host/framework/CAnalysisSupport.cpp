@@ -49,6 +49,14 @@ void CAnalysisSupport::ContextEntry() {
 
 void CAnalysisSupport::ContextExit() {}
 
+int CAnalysisSupport::IsOleAutomation() const {
+    return m_document != nullptr ? m_document->IsOleAutomation() : 0;
+}
+
+bool CAnalysisSupport::ReplaceContentOfDoc(IDispatch* old, IDispatch* replacement) {
+    return m_document != nullptr && m_document->ReplaceContentOfDoc(old, replacement);
+}
+
 int CAnalysisSupport::ForwardSequence(int step, int) const { return m_sequence.RunSequence(step); }
 
 const char* CAnalysisSupport::GetResourceString(int id) { return ModuleString(id); }

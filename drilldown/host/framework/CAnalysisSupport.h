@@ -7,6 +7,8 @@
 //      sequence table with SetSequenceTable and touches no host service yet.
 //   3. The host walks the sequence table with RunSequence: each step gets the analysis,
 //      gives its result, and names the step that follows (0 ends the walk).
+//      Before the first step the host attaches its document of the analysis
+//      (HostAnalysisDoc.h) with AttachDocument.
 //   4. The host calls BeforeClose, then deletes the analysis through its virtual destructor.
 //
 // The virtual operations stand in the order of the host's slots. Those the module does
@@ -15,12 +17,11 @@
 
 #include <string>
 
+#include "../HostAnalysisDoc.h"
 #include "../HostBlocks.h"
 #include "../HostServices.h"
 
-class CAnalysisDoc;
 class CAnalysisSupport;
-class IDispatch;
 
 // Module-wide state shared by every analysis of the library.
 class CAnalysisContext {
@@ -113,6 +114,15 @@ public:
     virtual void OnSpreadsheetStructureChanged() {}
     virtual void OnWeightChange() {}
     virtual void OnSelcondChange() {}
+
+    // The host's document of this analysis; null until attached. Inline, so that the host
+    // sets it without calling into the module.
+    void AttachDocument(CAnalysisDoc* document) { m_document = document; }
+    CAnalysisDoc* Document() const { return m_document; }
+    // Non-zero while a macro drives the analysis; 0 without a document.
+    int IsOleAutomation() const;
+    // Puts the content of `replacement` into the window of `old`; false without a document.
+    bool ReplaceContentOfDoc(IDispatch* old, IDispatch* replacement);
 
     // The host walks the table; the host's close calls BeforeClose through here.
     const CSequenceTable& SequenceTable() const { return m_sequence; }

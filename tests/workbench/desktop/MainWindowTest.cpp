@@ -163,7 +163,7 @@ TEST(MainWindow, TheDesktopAndTheHeadlessFrontEndMakeTheSameDocuments) {
     session.startAnalysis();
     std::ifstream macro(tour);
     std::ostringstream printed;
-    wb::runPanelMacro(session, macro, tour, printed, false);
+    wb::runPanelMacro(session, macro, tour, printed);
     EXPECT_EQ(desktop.size(), 21u);
     EXPECT_EQ(desktop, documentsAsJson(session.documents()));
 }

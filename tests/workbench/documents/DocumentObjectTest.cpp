@@ -118,7 +118,7 @@ TEST_F(DocumentObjectTest, ClosingTellsEachConnectedSinkOnce) {
     auto* points = static_cast<IConnectionPointContainer*>(container);
     IConnectionPoint* point = nullptr;
     EXPECT_EQ(points->FindConnectionPoint(IID_IDispatch, &point), CONNECT_E_NOCONNECTION);
-    ASSERT_EQ(points->FindConnectionPoint(wb::IID_WorkbenchDocumentEvents, &point), S_OK);
+    ASSERT_EQ(points->FindConnectionPoint(IID_SpreadsheetEvents, &point), S_OK);
 
     CloseSink staying, leaving, gone;
     DWORD stayingCookie = 0, goneCookie = 0;
@@ -131,8 +131,8 @@ TEST_F(DocumentObjectTest, ClosingTellsEachConnectedSinkOnce) {
 
     wb::CloseDocument(*state);
     wb::CloseDocument(*state); // a closed document is not closed again
-    EXPECT_EQ(staying.events, std::vector<DISPID>{wb::DocumentClosedEvent});
-    EXPECT_EQ(leaving.events, std::vector<DISPID>{wb::DocumentClosedEvent});
+    EXPECT_EQ(staying.events, std::vector<DISPID>{SpreadsheetClosedEvent});
+    EXPECT_EQ(leaving.events, std::vector<DISPID>{SpreadsheetClosedEvent});
     EXPECT_TRUE(gone.events.empty());
     EXPECT_FALSE(state->visible);
     EXPECT_EQ(leaving.references, 1u); // its connection's reference went with Unadvise

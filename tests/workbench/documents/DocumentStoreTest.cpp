@@ -88,7 +88,7 @@ TEST(DocumentStore, AMacroMovingAWindowAndClosingADocumentAreTold) {
     Recorder recorder;
     store.addObserver(recorder);
     const int id = store.add(titled("a"));
-    IDispatch* document = output.documentObject(0);
+    IDispatch* document = output.documentObject(output.documents()[0].id);
     ASSERT_NE(document, nullptr);
     COleVariant window = macro.get(document, "Window");
     macro.put(window.pdispVal, "Left", COleVariant(static_cast<LONG>(40)));

@@ -138,7 +138,7 @@ TEST(OutputFolderTest, GraphsHaveTheirPicturesAndStandInTheIndexWithTheTables) {
 }
 
 // A document refreshed in place keeps its files' names, whatever its new title; a closed one
-// leaves the index and keeps its files.
+// leaves the index, and its files go.
 TEST(OutputFolderTest, ReplacedDocumentsAreRewrittenInPlaceAndClosedOnesLeaveTheIndex) {
     wb::testing::TempDir dir;
     const fs::path folder = dir.path("out");
@@ -155,7 +155,8 @@ TEST(OutputFolderTest, ReplacedDocumentsAreRewrittenInPlaceAndClosedOnesLeaveThe
     const std::string index = readFile(folder / "index.html");
     EXPECT_NE(index.find("Résumé après le filtre"), std::string::npos);
     EXPECT_EQ(index.find("Fréquences"), std::string::npos);
-    EXPECT_TRUE(fs::exists(folder / "002-frequences.json"));
+    EXPECT_FALSE(fs::exists(folder / "002-frequences.json"));
+    EXPECT_FALSE(fs::exists(folder / "002-frequences.html"));
 }
 
 std::string failureOf(wb::OutputFolder& output) {

@@ -214,7 +214,7 @@ TEST_F(OutputServiceChartsTest, TablesAndGraphsShareOneListAndOneNumbering) {
         EXPECT_EQ(output.documents()[k].isGraph(), isGraph[k]);
     }
 
-    IDispatch* graph = output.documentObject(1);
+    IDispatch* graph = output.documentObject(output.documents()[1].id);
     ASSERT_NE(graph, nullptr);
     const COleVariant name = dispatcher.get(graph, "Name");
     EXPECT_EQ(BstrView(name.bstrVal), "Histogramme de la variable étudiée : AGE")

@@ -1,0 +1,42 @@
+#pragma once
+// The host's document of the session's analysis: what the analysis asks of the host about
+// its result documents. The documents themselves live in the session's store; this reads the
+// store's command run as the record of the message being handled, and turns the analysis's
+// requests (a document's content into another's window, a document no longer its own) into
+// store changes.
+
+#include "drilldown/host/HostAnalysisDoc.h"
+#include "workbench/documents/DocumentStore.h"
+
+namespace wb {
+
+class AnalysisDocument final : public CAnalysisDoc {
+public:
+    explicit AnalysisDocument(DocumentStore& store) : m_store(store) {}
+
+    CEventRecord& EventRecord() override;
+    void RemoveFromAnalysisList(IUnknown* document) override;
+    bool ReplaceContentOfDoc(IDispatch* old, IDispatch* replacement) override;
+    int WindowPlace(IUnknown* document) override;
+    void SetUpdating(bool updating) override { m_updating = updating; }
+    int IsOleAutomation() override { return m_automated || m_macros > 0 ? 1 : 0; }
+
+    bool updating() const { return m_updating; }
+    // Brackets a macro's run against the analysis.
+    void beginMacro() { ++m_macros; }
+    void endMacro() { --m_macros; }
+    // A program that drives the analysis from start to end, as a command does: closing the
+    // analysis then leaves its result documents where they are.
+    void setAutomated(bool automated) { m_automated = automated; }
+
+private:
+    DocumentStore& m_store;
+    // Made afresh from the store's run at each read: each command delivered starts a run of
+    // its own, counted from 1, so what the analysis writes into it needs no keeping.
+    CEventRecord m_record;
+    bool m_updating = false;
+    bool m_automated = false;
+    int m_macros = 0;
+};
+
+} // namespace wb
