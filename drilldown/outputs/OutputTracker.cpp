@@ -9,8 +9,9 @@
 
 namespace {
 
-constexpr int NormalWindow = 2;
+// The host's window states.
 constexpr int MinimisedWindow = 1;
+constexpr int NormalWindow = 2;
 
 } // namespace
 

@@ -124,8 +124,8 @@ void DocumentArea::stateChanged(const Document& document) {
         return;
     const DocumentWindowState& place = state->window;
     window->setGeometry(place.left, place.top, place.width, place.height);
-    window->setWindowState(place.state == 1   ? Qt::WindowMinimized
-                           : place.state == 2 ? Qt::WindowMaximized
+    window->setWindowState(place.state == MinimisedWindow   ? Qt::WindowMinimized
+                           : place.state == MaximisedWindow ? Qt::WindowMaximized
                                               : Qt::WindowNoState);
     window->setVisible(state->visible);
     if (m_store.activeDocument() == document.id && activeSubWindow() != window)

@@ -69,7 +69,7 @@ protected:
                                     : &window.state;
         if (call.Access == Put) {
             const LONG value = call.Arguments.at(0).lVal;
-            if ((id == State && (value < 0 || value > 2)) ||
+            if ((id == State && (value < MinimisedWindow || value > MaximisedWindow)) ||
                 ((id == Width || id == Height) && value < 0))
                 return DISP_E_OVERFLOW;
             *field = value;

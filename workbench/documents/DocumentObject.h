@@ -3,8 +3,8 @@
 // an analysis, and the state that their properties read and write.
 //
 //   Document:        Name (the title), Saved, Visible, Activate, Window
-//   DocumentWindow:  Left, Top, Width, Height (pixels), State (0 normal, 1 minimised,
-//                    2 maximised)
+//   DocumentWindow:  Left, Top, Width, Height (pixels), State (1 minimised, 2 normal,
+//                    3 maximised)
 //
 // A table answers the spreadsheet interface, a graph the graph interface (both in
 // drilldown/host/HostAnalysisDoc.h, with their event interfaces). A document raises one
@@ -31,12 +31,16 @@ namespace wb {
 
 inline constexpr GUID LIBID_WorkbenchDocuments = MakeGuid("6D0C7A12-5E1B-4C2A-9B3E-2F6A1D0C7A12");
 
+inline constexpr int MinimisedWindow = 1;
+inline constexpr int NormalWindow = 2;
+inline constexpr int MaximisedWindow = 3;
+
 struct DocumentWindowState {
     int left = 0;
     int top = 0;
     int width = 640;
     int height = 480;
-    int state = 0;
+    int state = NormalWindow;
 };
 
 // The documents of one store: which was activated last (its number, 0 for none), whom to

@@ -66,7 +66,7 @@ TEST_F(DocumentAreaTest, EachDocumentHasOneWindowThatFollowsIt) {
 
     // A macro's Left, Top, Width and Height move the real window.
     const std::shared_ptr<wb::DocumentState> state = store.state(table);
-    state->window = {30, 40, 500, 300, 0};
+    state->window = {30, 40, 500, 300, wb::NormalWindow};
     state->list->changed(table); // what the window object does after each put
     EXPECT_EQ(window->geometry(), QRect(30, 40, 500, 300));
 

@@ -61,18 +61,18 @@ TEST_F(DocumentObjectTest, WindowKeepsItsPlaceAndState) {
                   {"Top", -20, &wb::DocumentWindowState::top},
                   {"Width", 800, &wb::DocumentWindowState::width},
                   {"Height", 300, &wb::DocumentWindowState::height},
-                  {"State", 2, &wb::DocumentWindowState::state}};
+                  {"State", wb::MaximisedWindow, &wb::DocumentWindowState::state}};
     for (const auto& f : fields) {
         dispatcher.put(window.pdispVal, f.member, COleVariant(f.value));
         EXPECT_EQ(state->window.*f.field, f.value) << f.member;
         EXPECT_EQ(number(window.pdispVal, f.member), f.value) << f.member;
     }
     // Impossible values are refused and change nothing.
-    for (const auto& [member, value] : {std::pair{"State", 3}, {"State", -1}, {"Width", -5}}) {
+    for (const auto& [member, value] : {std::pair{"State", 4}, {"State", 0}, {"Width", -5}}) {
         EXPECT_THROW(dispatcher.put(window.pdispVal, member, COleVariant(static_cast<LONG>(value))),
                      wb::AutomationError);
     }
-    EXPECT_EQ(state->window.state, 2);
+    EXPECT_EQ(state->window.state, wb::MaximisedWindow);
     EXPECT_EQ(state->window.width, 800);
 }
 
