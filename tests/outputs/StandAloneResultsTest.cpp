@@ -188,9 +188,10 @@ TEST_F(StandAloneResultsTest, AStoredLayoutPutsTheWindowsBackInTheirPlacesAndOrd
                    window.width == o.window.width && window.height == o.window.height;
         }
     };
-    int shift = 0;
-    for (const wb::Document& document : store.documents())
-        store.state(document.id)->window = {10 * shift, 5 * shift++, 300, 200, wb::NormalWindow};
+    for (int shift = 0; const wb::Document& document : store.documents()) {
+        store.state(document.id)->window = {10 * shift, 5 * shift, 300, 200, wb::NormalWindow};
+        ++shift;
+    }
     store.activate(store.documents()[2].id);
     const auto places = [&] {
         std::vector<Place> all;

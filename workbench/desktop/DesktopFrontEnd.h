@@ -35,6 +35,7 @@ public:
     void attach(AnalysisSession& session) { m_session = &session; }
     // A scripted run has nobody to answer a message box: messages go to standard error.
     void setScripted(bool scripted) { m_scripted = scripted; }
+    bool scripted() const { return m_scripted; }
     // The window of a dialog of the module; null when it has none.
     TemplateDialog* windowOf(HWND dialog) const;
 

@@ -21,6 +21,12 @@ public:
         setAttribute(Qt::WA_DeleteOnClose);
     }
     int id() const { return m_id; }
+    // From now on the window's place is the document's: set once the window stands where it
+    // should, so that the moves of its making do not overwrite a place given beforehand.
+    void followGeometry() {
+        m_following = true;
+        keepGeometry();
+    }
 
 protected:
     void moveEvent(QMoveEvent* event) override {
@@ -43,12 +49,16 @@ protected:
 
 private:
     void keepGeometry() {
+        if (!m_following)
+            return;
         if (const std::shared_ptr<DocumentState> state = m_store.state(m_id))
-            state->window = {x(), y(), width(), height(), state->window.state};
+            state->window = {x(), y(), width(), height(), state->window.state,
+                             state->window.placed};
     }
 
     DocumentStore& m_store;
     int m_id;
+    bool m_following = false;
 };
 
 } // namespace
@@ -92,6 +102,10 @@ void DocumentArea::added(const Document& document) {
     addSubWindow(window);
     m_windows[document.id] = window;
     window->show();
+    if (const std::shared_ptr<DocumentState> state = m_store.state(document.id);
+        state != nullptr && state->window.placed)
+        stateChanged(document);
+    window->followGeometry();
 }
 
 void DocumentArea::replaced(const Document& document) {
@@ -122,11 +136,12 @@ void DocumentArea::stateChanged(const Document& document) {
     const std::shared_ptr<DocumentState> state = m_store.state(document.id);
     if (window == nullptr || state == nullptr)
         return;
-    const DocumentWindowState& place = state->window;
-    window->setGeometry(place.left, place.top, place.width, place.height);
+    // The state first: going back to normal restores the window's former size.
+    const DocumentWindowState place = state->window;
     window->setWindowState(place.state == MinimisedWindow   ? Qt::WindowMinimized
                            : place.state == MaximisedWindow ? Qt::WindowMaximized
-                                              : Qt::WindowNoState);
+                                                            : Qt::WindowNoState);
+    window->setGeometry(place.left, place.top, place.width, place.height);
     window->setVisible(state->visible);
     if (m_store.activeDocument() == document.id && activeSubWindow() != window)
         setActiveSubWindow(window);

@@ -12,6 +12,7 @@
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/QtText.h"
 #include "workbench/session/PanelMacro.h"
+#include "workbench/session/WindowLayout.h"
 
 #include <fstream>
 #include <iostream>
@@ -54,6 +55,64 @@ void MainWindow::buildMenus() {
     QMenu* window = menuBar()->addMenu(QStringLiteral("Fe&nêtre"));
     window->addAction(QStringLiteral("&Mosaïque"), m_area, &QMdiArea::tileSubWindows);
     window->addAction(QStringLiteral("&Cascade"), m_area, &QMdiArea::cascadeSubWindows);
+    window->addSeparator();
+    const QString layouts = QStringLiteral("Disposition (*.ddl);;Tous (*)");
+    window->addAction(QStringLiteral("&Enregistrer la disposition…"), this, [this, layouts] {
+        const QString path = QFileDialog::getSaveFileName(
+            this, QStringLiteral("Enregistrer la disposition des fenêtres"), {}, layouts);
+        if (!path.isEmpty())
+            saveLayout(path);
+    });
+    window->addAction(QStringLiteral("&Rétablir la disposition…"), this, [this, layouts] {
+        const QString path = QFileDialog::getOpenFileName(
+            this, QStringLiteral("Rétablir la disposition des fenêtres"), {}, layouts);
+        if (!path.isEmpty())
+            restoreLayout(path);
+    });
+}
+
+void MainWindow::tellProblem(const QString& path, const QString& problem) {
+    const QString text = path + QStringLiteral(" : ") + problem;
+    if (m_frontEnd.scripted())
+        std::cerr << text.toStdString() << '\n';
+    else
+        QMessageBox::warning(this, windowTitle(), text);
+}
+
+bool MainWindow::saveLayout(const QString& path) {
+    if (!m_session.hasAnalysis()) {
+        tellProblem(path, QStringLiteral("aucune analyse n'est ouverte"));
+        return false;
+    }
+    try {
+        std::ofstream output(path.toStdString());
+        if (output << windowLayout(m_session) << '\n' && output.flush())
+            return true;
+        tellProblem(path, QStringLiteral("le fichier ne peut pas être écrit"));
+    } catch (const LayoutError& error) {
+        tellProblem(path, qtext(error.what()));
+    }
+    return false;
+}
+
+bool MainWindow::restoreLayout(const QString& path) {
+    if (!m_session.hasAnalysis() || !m_session.dialogs().isOpen(m_session.panel())) {
+        tellProblem(path, QStringLiteral("ouvrez d'abord le panneau d'une analyse"));
+        return false;
+    }
+    std::ifstream input(path.toStdString());
+    std::string text;
+    if (!input || !std::getline(input, text)) {
+        tellProblem(path, QStringLiteral("le fichier ne peut pas être lu"));
+        return false;
+    }
+    try {
+        restoreWindowLayout(m_session, text);
+        return true;
+    } catch (const std::exception& error) {
+        tellProblem(path, qtext(error.what()));
+        return false;
+    }
 }
 
 bool MainWindow::openFile(const QString& path) {

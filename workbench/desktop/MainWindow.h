@@ -4,7 +4,8 @@
 //
 //   File      Open a data file (any file the workbench reads), Quit
 //   Analysis  Drill-down: a new analysis on the open file; its panel opens
-//   Window    Tile, Cascade
+//   Window    Tile, Cascade; save the layout of the stand-alone result windows to a file,
+//             and restore one (the windows come back with the current subset)
 //
 // The window owns the front end and the session; it ends the analysis, and lets its dialog
 // windows go, before either goes.
@@ -34,6 +35,11 @@ public:
     // macro's exit status: 0, or 1 with the reason on standard error.
     int runScript(const QString& macro, const QString& screenshots);
 
+    // The layout of the analysis's stand-alone result windows, written to or read from a
+    // text file. A message names the file and the problem when it fails; false then.
+    bool saveLayout(const QString& path);
+    bool restoreLayout(const QString& path);
+
     AnalysisSession& session() { return m_session; }
     DesktopFrontEnd& frontEnd() { return m_frontEnd; }
     DocumentArea& documents() { return *m_area; }
@@ -41,6 +47,8 @@ public:
 private:
     void buildMenus();
     void writeScreenshots(const QString& folder);
+    // A message about `path`, on standard error in a scripted run.
+    void tellProblem(const QString& path, const QString& problem);
 
     DesktopFrontEnd m_frontEnd{this};
     AnalysisSession m_session;

@@ -73,6 +73,7 @@ protected:
                 ((id == Width || id == Height) && value < 0))
                 return DISP_E_OVERFLOW;
             *field = value;
+            window.placed = window.placed || id != State;
             TellChanged(*m_state);
             return S_OK;
         }

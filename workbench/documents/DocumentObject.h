@@ -41,6 +41,9 @@ struct DocumentWindowState {
     int width = 640;
     int height = 480;
     int state = NormalWindow;
+    // Set once a macro or a window layout gave the window a place: a window made for the
+    // document then goes there rather than where the front end would put it.
+    bool placed = false;
 };
 
 // The documents of one store: which was activated last (its number, 0 for none), whom to

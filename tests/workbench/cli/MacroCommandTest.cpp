@@ -85,6 +85,8 @@ TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
          "test.ddm:2: DrillUp: Control 9057 (\"Haut\") is disabled now."},
         {"OK\nPrint Variables\n", "test.ddm:2: Print Variables: The dialog has been closed."},
         {"Variables = SEX\n", "test.ddm:1: Variables = SEX: \"SEX\" is no value"},
+        {"Close 3\n", "test.ddm:1: Close 3: no document 3 is open"},
+        {"Close three\n", "test.ddm:1: Close three: Close needs a document number"},
         {"Variables = \"SEX\"\nReviewVariables = \"| INCOME SPEND\"\n"
          "ResultsVariables = \"AGE | INCOME\"\nReview3DHistograms\n",
          "test.ddm:4: Review3DHistograms: variable dialog \"Sélectionnez deux listes de var. "
@@ -110,12 +112,42 @@ TEST_F(MacroCommand, WrongCommandLines) {
         {"run data.csv", 2, "give the data file and the macro"},
         {"run /nonexistent.csv /nonexistent.ddm", 1, "/nonexistent.ddm: cannot be read"},
         {"demo extra", 2, "demo takes only --out DIR"},
+        {"run " DD_SOURCE_DIR "/examples/sample.csv " DD_SOURCE_DIR
+         "/examples/tour.ddm --layout " DD_SOURCE_DIR "/examples/tour.ddm",
+         1, "tour.ddm: not a window layout: character 1 is no upper-case hexadecimal digit"},
     };
     for (const auto& c : cases) {
         const CliRun result = runCli(c.arguments);
         EXPECT_EQ(result.status, c.status) << c.arguments;
         EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
     }
+}
+
+// The stand-alone example: after two drill steps one window per output that the last level
+// still makes, each showing that level, and the one the user closed absent. Its layout,
+// restored by a run that takes the same steps, makes the same windows again.
+TEST_F(MacroCommand, StandAloneWindowsFollowTheDrillAndTheirLayoutComesBack) {
+    const std::string layout = dir.path("layout.txt");
+    const CliRun first = runCli("run " + Sample + " " DD_SOURCE_DIR "/examples/standalone.ddm --out " +
+                                dir.path("first") + " --save-layout " + layout);
+    ASSERT_EQ(first.status, 0) << first.err;
+    EXPECT_NE(first.out.find("Wrote 3 tables and 3 graphs"), std::string::npos) << first.out;
+    const std::string index = readFile(dir.path("first") + "/index.html");
+    for (const char* variable : {"CHANNEL", "AGE", "SPEND"})
+        EXPECT_NE(index.find(std::string("Tableau de fréquence de ") + variable),
+                  std::string::npos) << variable;
+    EXPECT_EQ(index.find("Tableau de fréquence de REGION"), std::string::npos);
+    // The closed window was the histogram of AGE's key: the histogram that took its key goes.
+    EXPECT_EQ(index.find("graph-9"), std::string::npos);
+
+    const std::string steps = "Variables = \"REGION SEX CHANNEL | AGE SPEND\"\n"
+                              "DrillDownVariable = \"REGION\"\nDrillDownCategory = \"Bretagne\"\n"
+                              "DrillDown\nDrillDownVariable = \"SEX\"\n"
+                              "DrillDownCategory = \"Femme\"\nDrillDown\n";
+    const CliRun again = run(steps, "--layout " + layout + " --save-layout " + layout + ".2");
+    ASSERT_EQ(again.status, 0) << again.err;
+    EXPECT_NE(again.out.find("Wrote 3 tables and 3 graphs"), std::string::npos) << again.out;
+    EXPECT_EQ(readFile(layout), readFile(layout + ".2"));
 }
 
 // The end of a run is the user's OK: the panel's setting is stored for the next analysis.

@@ -132,6 +132,56 @@ TEST(MainWindow, AScriptedRunWritesEveryWindowAndGivesTheMacrosStatus) {
     }
 }
 
+// The user moves the stand-alone windows, saves their layout, starts a new analysis that
+// takes the same steps and restores the layout: the windows come back where they were, in the
+// same stacking order, and a layout file that is no layout is refused with its name.
+TEST(MainWindow, AWindowLayoutSavedAndRestoredPutsTheRealWindowsBack) {
+    wb::testing::TempDir dir;
+    wb::desktop::MainWindow window(wb::SessionOptions{
+        .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+        .outputFolder = dir.path("out"),
+        .keywordFile = {}});
+    window.show();
+    ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
+    ASSERT_EQ(window.runScript(DD_SOURCE_DIR "/examples/standalone.ddm", {}), 0);
+    wb::DocumentStore& store = window.session().documents();
+    using Place = std::tuple<int, int, QRect>; // command, output, window geometry
+    const auto places = [&] {
+        std::vector<Place> all;
+        for (const wb::Document& document : store.documents())
+            all.emplace_back(document.command, document.output,
+                             window.documents().windowOf(document.id)->geometry());
+        std::sort(all.begin(), all.end(), [](const Place& a, const Place& b) {
+            return std::tie(std::get<0>(a), std::get<1>(a)) <
+                   std::tie(std::get<0>(b), std::get<1>(b));
+        });
+        return all;
+    };
+    for (int shift = 0; const wb::Document& document : store.documents()) {
+        window.documents().windowOf(document.id)->setGeometry(20 * shift, 15 * shift, 320, 240);
+        ++shift;
+    }
+    window.documents().setActiveSubWindow(window.documents().windowOf(store.documents()[1].id));
+    const std::vector<Place> moved = places();
+    const int front = store.documents()[1].command;
+    const QString layout = QString::fromStdString(dir.path("windows.ddl"));
+    ASSERT_TRUE(window.saveLayout(layout));
+
+    const std::string steps = dir.write(
+        "steps.ddm", "Variables = \"REGION SEX CHANNEL | AGE SPEND\"\n"
+                     "DrillDownVariable = \"REGION\"\nDrillDownCategory = \"Bretagne\"\nDrillDown\n"
+                     "DrillDownVariable = \"SEX\"\nDrillDownCategory = \"Femme\"\nDrillDown\n");
+    ASSERT_EQ(window.runScript(QString::fromStdString(steps), {}), 0);
+    ASSERT_TRUE(store.documents().empty()) << "the first analysis took its windows along";
+    ASSERT_TRUE(window.restoreLayout(layout));
+    EXPECT_EQ(places(), moved);
+    const int active = store.activeDocument();
+    EXPECT_EQ(store.find(active)->command, front);
+    EXPECT_EQ(window.documents().activeSubWindow(), window.documents().windowOf(active));
+
+    EXPECT_FALSE(window.restoreLayout(QString::fromStdString(steps)));
+}
+
 // The documents of the documents' store as JSON, in order.
 std::vector<std::string> documentsAsJson(const wb::DocumentStore& store) {
     std::vector<std::string> texts;
@@ -141,31 +191,35 @@ std::vector<std::string> documentsAsJson(const wb::DocumentStore& store) {
     return texts;
 }
 
-// The tour through the desktop and through the headless front end: the same documents.
+// A macro through the desktop and through the headless front end: the same documents. The
+// stand-alone example also refreshes windows in place and closes one.
 TEST(MainWindow, TheDesktopAndTheHeadlessFrontEndMakeTheSameDocuments) {
     const std::string sample = DD_SOURCE_DIR "/examples/sample.csv";
-    const std::string tour = DD_SOURCE_DIR "/examples/tour.ddm";
-    wb::testing::TempDir dir;
-    const wb::SessionOptions options{
-        .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
-        .outputFolder = dir.path("out"),
-        .keywordFile = {}};
-    std::vector<std::string> desktop;
-    {
-        wb::desktop::MainWindow window(options);
-        ASSERT_TRUE(window.openFile(QString::fromStdString(sample)));
-        ASSERT_EQ(window.runScript(QString::fromStdString(tour), {}), 0);
-        desktop = documentsAsJson(window.session().documents());
+    for (const auto& [name, documents] : {std::pair{"tour.ddm", 21u}, {"standalone.ddm", 6u}}) {
+        SCOPED_TRACE(name);
+        const std::string macroPath = std::string(DD_SOURCE_DIR "/examples/") + name;
+        wb::testing::TempDir dir;
+        const wb::SessionOptions options{
+            .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+            .outputFolder = dir.path("out"),
+            .keywordFile = {}};
+        std::vector<std::string> desktop;
+        {
+            wb::desktop::MainWindow window(options);
+            ASSERT_TRUE(window.openFile(QString::fromStdString(sample)));
+            ASSERT_EQ(window.runScript(QString::fromStdString(macroPath), {}), 0);
+            desktop = documentsAsJson(window.session().documents());
+        }
+        wb::HeadlessFrontEnd headless(nullptr, nullptr);
+        wb::AnalysisSession session(headless.bundle(), options);
+        session.open(wb::loadDataFile(sample));
+        session.startAnalysis();
+        std::ifstream macro(macroPath);
+        std::ostringstream printed;
+        wb::runPanelMacro(session, macro, macroPath, printed);
+        EXPECT_EQ(desktop.size(), documents);
+        EXPECT_EQ(desktop, documentsAsJson(session.documents()));
     }
-    wb::HeadlessFrontEnd headless(nullptr, nullptr);
-    wb::AnalysisSession session(headless.bundle(), options);
-    session.open(wb::loadDataFile(sample));
-    session.startAnalysis();
-    std::ifstream macro(tour);
-    std::ostringstream printed;
-    wb::runPanelMacro(session, macro, tour, printed);
-    EXPECT_EQ(desktop.size(), 21u);
-    EXPECT_EQ(desktop, documentsAsJson(session.documents()));
 }
 
 } // namespace
