@@ -8,8 +8,8 @@
 // analysis before showing them (BeforeRouteOutput) gives each one of the interfaces below;
 // a document that the analysis takes is shown once it is activated or made visible, takes
 // another document's place through ReplaceContentOfDoc, or goes when its last reference
-// does. A document raises its close event through IConnectionPointContainer when its
-// window closes: no arguments, the first dispid of its kind's event interface.
+// does. When its window closes, a document raises, through IConnectionPointContainer, the
+// events below of its kind's event interface.
 //
 // None of these calls throws.
 
@@ -23,8 +23,8 @@ inline constexpr IID IID_SpreadsheetEvents = MakeGuid("C9E2A007-3D45-11D4-9FF4-0
 inline constexpr IID IID_GraphDocument = MakeGuid("C9E2B000-3D45-11D4-9FF4-00C04FA0D540");
 inline constexpr IID IID_GraphEvents = MakeGuid("C9E2B0D8-3D45-11D4-9FF4-00C04FA0D540");
 inline constexpr IID IID_DocumentWindow = MakeGuid("C9E2A01B-3D45-11D4-9FF4-00C04FA0D540");
-// The two events of each kind: a close, and a close with one by-reference 32-bit state whose
-// value 1 means closing.
+// The two events of each kind: a close, and a closing with one 32-bit state whose value 1
+// means that the window goes.
 inline constexpr DISPID SpreadsheetClosedEvent = 12;
 inline constexpr DISPID SpreadsheetClosingEvent = 13;
 inline constexpr DISPID GraphClosedEvent = 10;

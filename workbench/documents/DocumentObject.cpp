@@ -225,14 +225,25 @@ void CloseDocument(DocumentState& state) {
         return;
     state.closed = true;
     state.visible = false;
-    // A sink may disconnect while it is told: each is held for its call.
+    // Each sink hears the closing (state 1) and then the close, as long as it stays
+    // connected; it may disconnect while it is told, so each is held for its calls.
     const auto sinks = state.sinks;
+    const auto connected = [&](DWORD cookie) {
+        return std::any_of(state.sinks.begin(), state.sinks.end(),
+                           [&](const auto& entry) { return entry.first == cookie; });
+    };
     for (const auto& [cookie, sink] : sinks)
         sink->AddRef();
     for (const auto& [cookie, sink] : sinks) {
+        VARIANT closing = COleVariant(static_cast<LONG>(1));
+        DISPPARAMS one{&closing, nullptr, 1, 0};
         DISPPARAMS none;
-        sink->Invoke(state.graph ? GraphClosedEvent : SpreadsheetClosedEvent, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr,
-                     nullptr);
+        if (connected(cookie))
+            sink->Invoke(state.graph ? GraphClosingEvent : SpreadsheetClosingEvent, IID_NULL, 0,
+                         DISPATCH_METHOD, &one, nullptr, nullptr, nullptr);
+        if (connected(cookie))
+            sink->Invoke(state.graph ? GraphClosedEvent : SpreadsheetClosedEvent, IID_NULL, 0,
+                         DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
         sink->Release();
     }
 }

@@ -7,10 +7,10 @@
 //                    3 maximised)
 //
 // A table answers the spreadsheet interface, a graph the graph interface (both in
-// drilldown/host/HostAnalysisDoc.h, with their event interfaces). A document raises one
-// event, its close: sinks connected through IConnectionPointContainer to its kind's event
-// interface are called with the kind's closed event and no arguments when CloseDocument
-// closes it (the user closed its window).
+// drilldown/host/HostAnalysisDoc.h, with their event interfaces). When CloseDocument closes
+// a document (the user closed its window), the sinks connected through
+// IConnectionPointContainer to its kind's event interface hear its closing (one argument,
+// 1) and then its close (no arguments), each while it stays connected.
 //
 // A document starts saved and visible (the headless front end writes it to its folder as it
 // is made); the properties keep what a macro writes, and each change is told to the store's

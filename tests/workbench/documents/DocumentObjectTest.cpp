@@ -99,7 +99,7 @@ public:
     HRESULT Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
                    UINT*) override {
         events.push_back(id);
-        EXPECT_EQ(params->cArgs, 0u);
+        EXPECT_EQ(params->cArgs, id == SpreadsheetClosingEvent ? 1u : 0u);
         if (point != nullptr) {
             EXPECT_EQ(point->Unadvise(cookie), S_OK);
         }
@@ -131,8 +131,9 @@ TEST_F(DocumentObjectTest, ClosingTellsEachConnectedSinkOnce) {
 
     wb::CloseDocument(*state);
     wb::CloseDocument(*state); // a closed document is not closed again
-    EXPECT_EQ(staying.events, std::vector<DISPID>{SpreadsheetClosedEvent});
-    EXPECT_EQ(leaving.events, std::vector<DISPID>{SpreadsheetClosedEvent});
+    EXPECT_EQ(staying.events,
+              (std::vector<DISPID>{SpreadsheetClosingEvent, SpreadsheetClosedEvent}));
+    EXPECT_EQ(leaving.events, std::vector<DISPID>{SpreadsheetClosingEvent});
     EXPECT_TRUE(gone.events.empty());
     EXPECT_FALSE(state->visible);
     EXPECT_EQ(leaving.references, 1u); // its connection's reference went with Unadvise
