@@ -24,6 +24,8 @@
 #include "Drill.h"
 
 enum class LoopEnd;
+class CGeneralChart;
+template <typename T> class HostArray;
 class CasewiseTest;
 class CDDNOutputTracker;
 class CDDNStartupDlg;
@@ -227,6 +229,19 @@ public:
     short DDNSaveData(HWND window);
     short DDNDatasheet(HWND window);
 
+    // Brushing (brushing/): drilling by picking a bar of the current drill-down variable's
+    // graph. The graph has bar i, from 1, for category i (empty ones too) and the missing
+    // data last when counted, under the title of string 10021, by which it is found again.
+    // 1 when drawn, 0 when memory ran out or the host has no application object.
+    short DDNGraphForBrushing(HWND unused);
+    // One pass of brushing on that graph: 1 with *picked the bar (from 0) and *direction 0 for
+    // a drill down, or *direction 1 for a drill up; 0 when the user left or the graph was not
+    // found; -1 when nothing can be done (an empty bar, no bar and no drill up). `Selected`
+    // becomes the row of the picked bar's category in the category dialog.
+    short DDNBrushing(int* picked, int* direction);
+    // The brushing graph's document; false when none is open.
+    bool GetActiveChartInfo(COutDocument** document);
+
     // Progress display, guarded so that it is never closed twice nor left open.
     void tdstar(int total, const char* text);
     void ddstop();
@@ -302,6 +317,11 @@ private:
     short DescriptiveTable(const std::vector<const Drill*>& rows, bool trimNames);
     short FrequencyTables(DrillSet& records, bool reviews);
     short Histograms(DrillSet& records, bool reviews);
+    // The count bars of one record (bar i, from 1, for category i; the missing data behind
+    // them when `missingBar`) with their axes, titles but the main one, drawn into `work`;
+    // null when memory ran out.
+    std::unique_ptr<CGeneralChart> CountBars(const Drill& record, bool missingBar,
+                                             HostArray<double>& work);
     int Piecharts(DrillSet& records, bool reviews);
     int Stackedplots(DrillSet& records, bool reviews);
     std::string DisplayName(short variable, char* buffer);

@@ -195,6 +195,12 @@ long CDDNStartupDlg::Command(HWND dialog, int id) {
         return DrillDownCommand(dialog);
     case ButtonDrillUp:
         return DrillUpCommand(dialog);
+    case ButtonBrushing:
+        return BrushingCommand(dialog);
+    case CommandBrushingGraph:
+        if (drill.GetDrillDownsSize() >= 1)
+            drill.DDNGraphForBrushing(nullptr);
+        return 0;
     case ButtonOrder:
         RunOrderDialog(dialog);
         return 1;

@@ -106,6 +106,11 @@ private:
     long DrillDownCommand(HWND dialog);
     long DrillUpCommand(HWND dialog);
     long PageCommand(HWND dialog, int id);
+    // Brushing (brushing/BrushingCommand.cpp): one pass, then the drill step it chose; the
+    // pass posts itself again while a variable is left to drill.
+    long BrushingCommand(HWND dialog);
+    // The brushing graph's key among the tracked outputs, and the end of brushing.
+    void EndBrushing();
     long MethodCommand(HWND dialog, int id);
     void Close();
     void OpenOtherFile(HWND dialog);

@@ -84,6 +84,7 @@ inline constexpr HRESULT DISP_E_NONAMEDARGS = MakeHResult(0x80020007u);
 inline constexpr HRESULT DISP_E_BADVARTYPE = MakeHResult(0x80020008u);
 inline constexpr HRESULT DISP_E_EXCEPTION = MakeHResult(0x80020009u);
 inline constexpr HRESULT DISP_E_OVERFLOW = MakeHResult(0x8002000Au);
+inline constexpr HRESULT DISP_E_BADINDEX = MakeHResult(0x8002000Bu);
 inline constexpr HRESULT DISP_E_BADPARAMCOUNT = MakeHResult(0x8002000Eu);
 inline constexpr HRESULT CONNECT_E_NOCONNECTION = MakeHResult(0x80040200u);
 

@@ -54,6 +54,13 @@ public:
     virtual int WindowPlace(IUnknown* document) = 0;
     // Set while the analysis refreshes its results; the host may show that it is busy.
     virtual void SetUpdating(bool updating) = 0;
+    // The host's application object, with OpenDocuments (a list: Count, Item(n) from 1),
+    // OutputSwitch (a number) and CurrentItem (an object or nothing); one reference for the
+    // caller, null when the host has none.
+    virtual IDispatch* GetApplication() = 0;
+    // The host's object of this analysis, which answers IID_Analysis (HostBrushing.h) with
+    // GraphDocuments (a list of the analysis's graph documents); one reference, or null.
+    virtual IDispatch* GetAutomationObject() = 0;
     // Non-zero while a macro drives the analysis.
     virtual int IsOleAutomation() = 0;
 };

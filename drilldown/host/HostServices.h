@@ -30,6 +30,7 @@
 
 #include "HostAutomation.h"
 #include "HostBlocks.h"
+#include "HostBrushing.h"
 #include "HostDialogs.h"
 #include "HostNewFile.h"
 #include "HostOutput.h"
@@ -133,4 +134,5 @@ struct HostServices {
     HostNewFile* NewFile = nullptr;
     HostOutput* Output = nullptr;
     HostAutomation* Automation = nullptr;
+    HostBrushing* Brushing = nullptr;
 };

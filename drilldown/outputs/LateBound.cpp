@@ -28,6 +28,17 @@ bool Get(IDispatch* object, const char* name, VARIANT* value) {
                                     nullptr, nullptr));
 }
 
+bool Item(IDispatch* list, int number, VARIANT* value) {
+    VariantClear(value);
+    DISPID id = DISPID_UNKNOWN;
+    if (!Resolve(list, "Item", &id))
+        return false;
+    VARIANT argument = COleVariant(static_cast<LONG>(number));
+    DISPPARAMS params{&argument, nullptr, 1, 0};
+    return SUCCEEDED(list->Invoke(id, IID_NULL, HostLocale, DISPATCH_PROPERTYGET | DISPATCH_METHOD,
+                                  &params, value, nullptr, nullptr));
+}
+
 bool Put(IDispatch* object, const char* name, const VARIANT& value) {
     DISPID id = DISPID_UNKNOWN;
     if (!Resolve(object, name, &id))

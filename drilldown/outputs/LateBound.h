@@ -13,6 +13,8 @@ bool Get(IDispatch* object, const char* name, VARIANT* value);
 // A property put of one value; true when it was done.
 bool Put(IDispatch* object, const char* name, const VARIANT& value);
 void PutBool(IDispatch* object, const char* name, bool value);
+// Item `number` (from 1) of a list, into *value (cleared first).
+bool Item(IDispatch* list, int number, VARIANT* value);
 // A method without arguments.
 void Call(IDispatch* object, const char* name);
 

@@ -19,6 +19,7 @@ enum ControlId : int {
     ButtonDrillUp = 9057,
     CaptionContinuous = 9085,
     ButtonBrushing = 9103,
+    CommandBrushingGraph = 9111, // no control: draws the brushing graph as a tracked output
     CheckStandAlone = 9106, // also on the "Options" page
     GroupDrillOperations = 9108,
     GroupDrillVariables = 9126,

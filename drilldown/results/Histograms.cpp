@@ -20,6 +20,47 @@ constexpr double BarWidth = 0.9;
 
 } // namespace
 
+std::unique_ptr<CGeneralChart> CDrillDown::CountBars(const Drill& record, bool missingBar,
+                                                     HostArray<double>& work) {
+    const int points = static_cast<int>(record.Categories.size()) + (missingBar ? 1 : 0);
+    auto chart = std::make_unique<CGeneralChart>(*this, 1, points);
+    if (!chart->Allocated() || !work.Allocate(2 * static_cast<std::size_t>(points)))
+        return nullptr;
+    double* xy = work.get();
+    std::memset(xy, 0xFF, 2 * static_cast<std::size_t>(points) * sizeof(double));
+    chart->AllocXLabels(static_cast<short>(points + 1), XLabelWidth);
+
+    // Bar i, from 1, is category i of the record: empty ones keep their places.
+    double greatest = 0.0;
+    int i = 0;
+    auto bar = [&](double count, const std::string& label) {
+        xy[i] = i + 1;
+        xy[points + i] = count;
+        if (count >= greatest)
+            greatest = count;
+        chart->SetXLabel(static_cast<short>(i + 1), i + 1, label);
+        ++i;
+    };
+    for (const Categories& category : record.Categories)
+        bar(category.Count, category.Name);
+    if (missingBar)
+        bar(record.MCount, GetResourceString(StrMissingRow));
+    chart->CopySeries(0, xy, 2 * points);
+
+    chart->SetYTitle(GetResourceString(ModuleBlocks().Wght.WeightOn != 0 ? StrWeightedCountAxis
+                                                                         : StrCountAxis));
+    chart->SetSubtitle(DrillString());
+    chart->SetXTitle(ShortName(*this, record.Variable));
+    chart->pointCounts[0] = points;
+    chart->xMin = 0.0;
+    chart->xMax = points + 1;
+    chart->xStep = 1.0;
+    ApplyCountAxis(*chart, greatest);
+    chart->SetSeriesWidth(0, BarWidth);
+    chart->seriesMode[0] = 0;
+    return chart;
+}
+
 short CDrillDown::Histograms(DrillSet& records, bool reviews) {
     RescanIfNeeded();
     // Every chart and its work array live until the last variable is drawn.
@@ -29,50 +70,16 @@ short CDrillDown::Histograms(DrillSet& records, bool reviews) {
         // Counting may still change the categories, so they are counted before the bars are.
         if (record.Isset == 0)
             ReadBeforeDrill(0);
-        const bool missingBar = CountMD == 1 && record.MCount != 0;
-        const int points = static_cast<int>(record.Categories.size()) + (missingBar ? 1 : 0);
-        auto& chart = charts.emplace_back(std::make_unique<CGeneralChart>(*this, 1, points));
         auto& data = work.emplace_back(std::make_unique<HostArray<double>>(*this));
-        if (!chart->Allocated() || !data->Allocate(2 * static_cast<std::size_t>(points)))
+        auto& chart = charts.emplace_back(CountBars(record, CountMD == 1 && record.MCount != 0, *data));
+        if (chart == nullptr)
             return 0;
-        double* xy = data->get();
-        std::memset(xy, 0xFF, 2 * static_cast<std::size_t>(points) * sizeof(double));
-        chart->AllocXLabels(static_cast<short>(points + 1), XLabelWidth);
-
-        double greatest = 0.0;
-        int i = 0;
-        auto bar = [&](double count, const std::string& label) {
-            xy[i] = i + 1;
-            xy[points + i] = count;
-            if (count >= greatest)
-                greatest = count;
-            chart->SetXLabel(static_cast<short>(i + 1), i + 1, label);
-            ++i;
-        };
-        for (const Categories& category : record.Categories)
-            bar(category.Count, category.Name);
-        if (missingBar)
-            bar(record.MCount, GetResourceString(StrMissingRow));
-        chart->CopySeries(0, xy, 2 * points);
-
-        chart->SetYTitle(GetResourceString(ModuleBlocks().Wght.WeightOn != 0 ? StrWeightedCountAxis
-                                                                             : StrCountAxis));
         const std::string label = VariableLabel(*this, record.Variable);
         std::string title =
             reviews ? GetResourceString(StrReviewHistogramTitle) + label
                     : FormatText(GetResourceString(StrDrillHistogramTitle), label.c_str());
         Get8CharHash(title);
         chart->SetTitle(title);
-        chart->SetSubtitle(DrillString());
-        chart->SetXTitle(ShortName(*this, record.Variable));
-
-        chart->pointCounts[0] = points;
-        chart->xMin = 0.0;
-        chart->xMax = points + 1;
-        chart->xStep = 1.0;
-        ApplyCountAxis(*chart, greatest);
-        chart->SetSeriesWidth(0, BarWidth);
-        chart->seriesMode[0] = 0;
         chart->DrawHistogram(1);
     }
     return 1;

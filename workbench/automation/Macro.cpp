@@ -90,6 +90,28 @@ COleVariant parseValue(std::string_view text, BstrAllocator& strings) {
                                 "False");
 }
 
+// "3, 1, Up": bar numbers from 1 and Up, separated by commas.
+std::vector<BrushingStep> parseBrushingSteps(std::string_view text) {
+    std::vector<BrushingStep> steps;
+    for (std::size_t start = 0; start <= text.size();) {
+        const std::size_t comma = std::min(text.find(',', start), text.size());
+        const std::string_view item = trimmed(text.substr(start, comma - start));
+        BrushingStep step;
+        if (sameWord(item, "Up")) {
+            step.kind = BrushingStep::Kind::DrillUp;
+        } else {
+            const auto [end, error] = std::from_chars(item.data(), item.data() + item.size(), step.bar);
+            if (item.empty() || error != std::errc() || end != item.data() + item.size() ||
+                step.bar < 1)
+                throw std::invalid_argument("\"" + std::string(item) +
+                                            "\" is neither a bar number nor Up");
+        }
+        steps.push_back(step);
+        start = comma + 1;
+    }
+    return steps;
+}
+
 MacroStatement parseStatement(std::string_view text, BstrAllocator& strings) {
     MacroStatement statement;
     statement.text = std::string(text);
@@ -110,6 +132,10 @@ MacroStatement parseStatement(std::string_view text, BstrAllocator& strings) {
                 throw std::invalid_argument("Print needs a member");
         } else if (sameWord(first, "Dump") && rest.empty()) {
             statement.kind = MacroStatement::Kind::Dump;
+            return statement;
+        } else if (sameWord(first, "Brush")) {
+            statement.kind = MacroStatement::Kind::Brush;
+            statement.brushing = parseBrushingSteps(rest);
             return statement;
         } else if (sameWord(first, "Close")) {
             statement.kind = MacroStatement::Kind::Close;
@@ -205,6 +231,12 @@ void MacroRunner::runOne(const MacroStatement& statement) {
     }
     case MacroStatement::Kind::Dump:
         m_out << (m_hooks.dump ? m_hooks.dump() : std::string()) << '\n';
+        return;
+    case MacroStatement::Kind::Brush:
+        if (const std::string problem =
+                m_hooks.brush ? m_hooks.brush(statement.brushing) : "brushing is not possible here";
+            !problem.empty())
+            throw AutomationError("Brush", E_FAIL, problem, {});
         return;
     case MacroStatement::Kind::Close:
         if (!m_hooks.close || !m_hooks.close(statement.document))

@@ -8,9 +8,12 @@
 //   Dump               prints the state of the analysis
 //   Close N            closes result document N (its number in the output) as the user
 //                      closing its window does
+//   Brush S, S, ...    brushes: presses the panel's brushing button and answers its passes
+//                      in order, S a bar number (from 1; drill down on that bar) or Up (drill
+//                      up); the pass after the last step leaves, which ends the loop
 //   ' comment          from ' to the end of the line, outside quotes; blank lines are skipped
 //
-// Member names and the words Print, Dump, Close, True and False match without regard to case.
+// Member names and the words Print, Dump, Close, Brush, Up, True and False match without regard to case.
 //
 // To use: parseMacro reads the whole text first, so that a wrong line stops the run before
 // anything has happened; MacroRunner then runs the statements in order against the object.
@@ -32,12 +35,20 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// One pass of brushing decided beforehand: drill down on bar `bar` (from 1), or drill up.
+struct BrushingStep {
+    enum class Kind { DrillDown, DrillUp } kind = Kind::DrillDown;
+    int bar = 0;
+    bool operator==(const BrushingStep&) const = default;
+};
+
 struct MacroStatement {
-    enum class Kind { Put, Call, Print, Dump, Close };
+    enum class Kind { Put, Call, Print, Dump, Close, Brush };
     Kind kind = Kind::Call;
     std::string member;
     COleVariant value; // of a put
     int document = 0;  // of a Close
+    std::vector<BrushingStep> brushing; // of a Brush
     int line = 0;
     std::string text; // the statement as written, without its comment
 };
@@ -60,6 +71,8 @@ public:
         std::function<std::string()> problem;
         // Closes a result document; false when none has that number.
         std::function<bool(int number)> close;
+        // Brushes with those steps; why it could not, or empty.
+        std::function<std::string(const std::vector<BrushingStep>& steps)> brush;
     };
 
     MacroRunner(Dispatcher& dispatcher, IDispatch* object, std::string name, Hooks hooks,

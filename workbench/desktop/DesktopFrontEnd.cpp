@@ -3,12 +3,15 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QTimer>
 
 #include <cstdio>
 #include <string>
 
+#include "workbench/desktop/BrushingMode.h"
+#include "workbench/desktop/DocumentArea.h"
 #include "workbench/desktop/QtText.h"
 #include "workbench/desktop/VariableDialog.h"
 
@@ -134,6 +137,19 @@ int DesktopFrontEnd::lookbr() {
     // that touches the analysis.
     QApplication::processEvents();
     return m_progress->wasCanceled() ? 1 : 0;
+}
+
+std::optional<BrushingChoice> DesktopFrontEnd::brush(const BrushingCall& call) {
+    QMdiSubWindow* window = m_area != nullptr ? m_area->windowOf(call.document) : nullptr;
+    auto* view = window != nullptr ? dynamic_cast<GraphView*>(window->widget()) : nullptr;
+    if (view == nullptr || m_scripted)
+        return std::nullopt;
+    m_area->setActiveSubWindow(window);
+    BrushingMode mode(*view, call);
+    m_brushing = &mode;
+    const std::optional<BrushingChoice> choice = mode.run();
+    m_brushing = nullptr;
+    return choice;
 }
 
 } // namespace wb::desktop

@@ -23,6 +23,9 @@
 
 namespace wb::desktop {
 
+class BrushingMode;
+class DocumentArea;
+
 class DesktopFrontEnd : public DialogFrontEnd, public HostMessages, public HostProgress {
 public:
     explicit DesktopFrontEnd(QWidget* owner);
@@ -33,6 +36,10 @@ public:
         return FrontEnd{*this, *this, *this, documents};
     }
     void attach(AnalysisSession& session) { m_session = &session; }
+    // The window area where the graphs that brushing works on stand.
+    void showDocumentsIn(DocumentArea* area) { m_area = area; }
+    // The brushing mode running now; null when none is.
+    BrushingMode* brushingMode() const { return m_brushing; }
     // A scripted run has nobody to answer a message box: messages go to standard error.
     void setScripted(bool scripted) { m_scripted = scripted; }
     bool scripted() const { return m_scripted; }
@@ -45,6 +52,8 @@ public:
     int defineSelection(HWND parent) override;
     int defineWeight(HWND parent) override;
     int openFile(HWND parent) override;
+    // The brushing mode on the graph's window (BrushingMode.h).
+    std::optional<BrushingChoice> brush(const BrushingCall& call) override;
     void opened(HWND dialog, int resourceId, bool modal) override;
     void closed(HWND dialog, int result, bool closeAnalysis) override;
     void post(std::function<void()> task) override;
@@ -65,6 +74,8 @@ private:
 
     QWidget* m_owner;
     AnalysisSession* m_session = nullptr;
+    DocumentArea* m_area = nullptr;
+    BrushingMode* m_brushing = nullptr;
     std::map<HWND, QPointer<TemplateDialog>> m_windows;
     QPointer<QProgressDialog> m_progress;
     unsigned long m_total = 0;

@@ -126,7 +126,26 @@ void GraphView::draw(QPainter& painter) const {
     GraphPainter picture(painter, graph()->graph(), sizeHint());
     picture.paint();
     m_hotspots = picture.hotspots();
+    m_dataToPicture = picture.dataToPicture();
     m_hotspotsDrawn = true;
+}
+
+QPolygonF GraphView::outlineOf(const QRectF& inGraph) const {
+    if (graph() == nullptr)
+        return {};
+    drawIfNeeded();
+    if (!m_dataToPicture)
+        return {};
+    return pictureTransform().map(m_dataToPicture->map(QPolygonF(inGraph)));
+}
+
+void GraphView::drawIfNeeded() const {
+    if (m_hotspotsDrawn)
+        return;
+    // Not drawn yet: the picture is drawn where nobody sees it.
+    QPicture picture;
+    QPainter painter(&picture);
+    draw(painter);
 }
 
 void GraphView::paintEvent(QPaintEvent*) {
@@ -142,12 +161,7 @@ void GraphView::paintEvent(QPaintEvent*) {
 QString GraphView::toolTipAt(const QPoint& point) const {
     if (graph() == nullptr)
         return {};
-    if (!m_hotspotsDrawn) {
-        // Not drawn yet: the picture is drawn where nobody sees it.
-        QPicture picture;
-        QPainter painter(&picture);
-        draw(painter);
-    }
+    drawIfNeeded();
     const QPointF inPicture = pictureTransform().inverted().map(QPointF(point));
     for (const Hotspot& hotspot : m_hotspots)
         if (hotspot.outline.containsPoint(inPicture, Qt::OddEvenFill))

@@ -55,6 +55,9 @@ public:
     GraphView(const DocumentStore& store, int id, QWidget* parent = nullptr);
     // The tooltip at a point of the widget; empty where there is none.
     QString toolTipAt(const QPoint& point) const;
+    // A rectangle in the graph's own coordinates as it shows in the widget; empty when the
+    // graph is no bar graph.
+    QPolygonF outlineOf(const QRectF& inGraph) const;
     // The size the pictures of the graph are drawn at.
     QSize sizeHint() const override;
     // The document was replaced: it is drawn again.
@@ -70,11 +73,14 @@ private:
     QTransform pictureTransform() const;
     // Draws the graph at its pictures' size and keeps its hotspots.
     void draw(QPainter& painter) const;
+    // Draws it unseen when it has not been drawn since it changed.
+    void drawIfNeeded() const;
 
     const DocumentStore& m_store;
     int m_id;
     // The hotspots of the picture, in its own coordinates.
     mutable std::vector<Hotspot> m_hotspots;
+    mutable std::optional<QTransform> m_dataToPicture;
     mutable bool m_hotspotsDrawn = false;
 };
 

@@ -23,6 +23,7 @@ MainWindow::MainWindow(SessionOptions options)
     : m_session(m_frontEnd.bundle(nullptr), std::move(options)),
       m_area(new DocumentArea(m_session.documents(), this)) {
     m_frontEnd.attach(m_session);
+    m_frontEnd.showDocumentsIn(m_area);
     setCentralWidget(m_area);
     setWindowTitle(QStringLiteral("Drill-Down"));
     resize(1280, 860);

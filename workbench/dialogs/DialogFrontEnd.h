@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "drilldown/host/HostBrushing.h"
 #include "drilldown/host/HostDialogs.h"
 #include "workbench/data/VariableList.h"
 
@@ -27,6 +28,22 @@ struct VariableDialogCall {
     int min1 = 0, max1 = 0, min2 = 0, max2 = 0, total = 0;
     std::string caption1, caption2;
     unsigned short flag = 0;
+};
+
+// One pass of brushing as the module asks for it: the graph document (its id in the store),
+// the bars' regions with their tool tips, the region offered selected (-1 for none), and the
+// commands (drill down, and drill up when a step can be undone), in the module's captions.
+struct BrushingCall {
+    int document = 0;
+    std::vector<CBrushRegion> regions;
+    int selected = -1;
+    std::vector<std::string> commands;
+};
+
+// What the user chose: the region selected (-1 for none) and the command's index.
+struct BrushingChoice {
+    int selected = -1;
+    int command = 0;
 };
 
 class DialogFrontEnd {
@@ -45,6 +62,9 @@ public:
     virtual int defineSelection(HWND parent) = 0;
     virtual int defineWeight(HWND parent) = 0;
     virtual int openFile(HWND parent) = 0;
+    // The modal brushing on a graph's window: what the user chose, or nothing when the user
+    // left it.
+    virtual std::optional<BrushingChoice> brush(const BrushingCall& call) = 0;
     // A dialog window has been made, before its WM_INITDIALOG.
     virtual void opened(HWND dialog, int resourceId, bool modal) = 0;
     // A modeless dialog has ended and its window is gone; `closeAnalysis` when it asked

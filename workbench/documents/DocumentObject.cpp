@@ -142,7 +142,9 @@ private:
     std::atomic<ULONG> m_references{1};
 };
 
-class DocumentObject final : public AutomationObject, public IConnectionPointContainer {
+class DocumentObject final : public AutomationObject,
+                             public IConnectionPointContainer,
+                             public IMFCPointer {
 public:
     DocumentObject(HostAutomation& automation, std::shared_ptr<DocumentState> state)
         : AutomationObject(automation,
@@ -151,9 +153,21 @@ public:
 
     DocumentState& state() const { return *m_state; }
 
+    HRESULT GetPointer(void** pointer) override {
+        if (pointer == nullptr)
+            return E_POINTER;
+        *pointer = static_cast<COutDocument*>(m_state.get());
+        return S_OK;
+    }
+
     HRESULT QueryInterface(REFIID iid, void** object) override {
         if (object != nullptr && iid == IID_IConnectionPointContainer) {
             *object = static_cast<IConnectionPointContainer*>(this);
+            AddRef();
+            return S_OK;
+        }
+        if (object != nullptr && iid == IID_IMFCPointer) {
+            *object = static_cast<IMFCPointer*>(this);
             AddRef();
             return S_OK;
         }

@@ -25,6 +25,7 @@
 #include <vector>
 
 #include "drilldown/host/HostAnalysisDoc.h"
+#include "drilldown/host/HostBrushing.h"
 #include "drilldown/host/HostAutomation.h"
 
 namespace wb {
@@ -55,7 +56,15 @@ struct DocumentList {
     std::function<void(int number, IDispatch* object)> shown;
 };
 
-struct DocumentState {
+}  // namespace wb
+
+// The document behind an automation object, as the module holds it (HostBrushing.h): the
+// workbench gives its document states.
+class COutDocument {};
+
+namespace wb {
+
+struct DocumentState : COutDocument {
     DocumentState() = default;
     DocumentState(const DocumentState&) = delete;
     DocumentState& operator=(const DocumentState&) = delete;

@@ -69,6 +69,8 @@ public:
     int defineSelection(HWND) override { return answer(m_selectionDialog); }
     int defineWeight(HWND) override { return answer(m_weightDialog); }
     int openFile(HWND) override { return answer(m_openFileDialog); }
+    // Nobody brushes headless: a macro's brushing steps are answered by the session.
+    std::optional<BrushingChoice> brush(const BrushingCall&) override { return std::nullopt; }
     void opened(HWND, int, bool) override {}
     void closed(HWND dialog, int result, bool closeAnalysis) override;
     void post(std::function<void()> task) override { m_posted.push_back(std::move(task)); }

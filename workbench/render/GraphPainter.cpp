@@ -349,6 +349,8 @@ void GraphPainter::drawBars(const QRectF& area) {
         area.bottom() - labelLayout.height - (m_graph.xTitle.empty() ? 0 : 26);
     const Linear yMap{yLo, yHi, bottom, top};
     const QRectF plot(QPointF(left, top), QPointF(right, bottom));
+    // Both maps are affine: x' = xMap(0) + x (xMap(1) - xMap(0)), the same for y.
+    m_dataToPicture = QTransform(xMap(1) - xMap(0), 0, 0, yMap(1) - yMap(0), xMap(0), yMap(0));
 
     // Grid and count axis.
     m_painter.setFont(tickFont);

@@ -9,6 +9,9 @@
 #include <QPainter>
 #include <QPolygonF>
 #include <QRectF>
+#include <QTransform>
+
+#include <optional>
 #include <QString>
 
 #include "workbench/documents/GraphDocument.h"
@@ -27,6 +30,8 @@ public:
 
     void paint();
     const std::vector<Hotspot>& hotspots() const { return m_hotspots; }
+    // From the graph's own coordinates to the picture's, once a bar graph has been painted.
+    const std::optional<QTransform>& dataToPicture() const { return m_dataToPicture; }
 
 private:
     // Draws the titles and gives the area left below them.
@@ -45,6 +50,7 @@ private:
     const GraphDocument& m_graph;
     QSizeF m_size;
     std::vector<Hotspot> m_hotspots;
+    std::optional<QTransform> m_dataToPicture;
 };
 
 } // namespace wb

@@ -1,8 +1,22 @@
 #include "workbench/session/AnalysisDocument.h"
 
 #include "drilldown/host/framework/AnalysisDialog.h"
+#include "workbench/documents/ApplicationObject.h"
 
 namespace wb {
+
+AnalysisDocument::AnalysisDocument(DocumentStore& store, HostAutomation& automation)
+    : m_store(store), m_automation(automation) {
+    RegisterApplicationTypeLib(automation);
+}
+
+IDispatch* AnalysisDocument::GetApplication() {
+    return NewApplicationObject(m_automation, m_store);
+}
+
+IDispatch* AnalysisDocument::GetAutomationObject() {
+    return NewAnalysisObject(m_automation, m_store);
+}
 
 CEventRecord& AnalysisDocument::EventRecord() {
     const int command = m_store.currentCommand();

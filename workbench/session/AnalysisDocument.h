@@ -6,19 +6,23 @@
 // store changes.
 
 #include "drilldown/host/HostAnalysisDoc.h"
+#include "drilldown/host/HostAutomation.h"
 #include "workbench/documents/DocumentStore.h"
 
 namespace wb {
 
 class AnalysisDocument final : public CAnalysisDoc {
 public:
-    explicit AnalysisDocument(DocumentStore& store) : m_store(store) {}
+    // Registers the type library of the application and analysis objects.
+    AnalysisDocument(DocumentStore& store, HostAutomation& automation);
 
     CEventRecord& EventRecord() override;
     void RemoveFromAnalysisList(IUnknown* document) override;
     bool ReplaceContentOfDoc(IDispatch* old, IDispatch* replacement) override;
     int WindowPlace(IUnknown* document) override;
     void SetUpdating(bool updating) override { m_updating = updating; }
+    IDispatch* GetApplication() override;
+    IDispatch* GetAutomationObject() override;
     int IsOleAutomation() override { return m_automated || m_macros > 0 ? 1 : 0; }
 
     bool updating() const { return m_updating; }
@@ -31,6 +35,7 @@ public:
 
 private:
     DocumentStore& m_store;
+    HostAutomation& m_automation;
     // Made afresh from the store's run at each read: each command delivered starts a run of
     // its own, counted from 1, so what the analysis writes into it needs no keeping.
     CEventRecord m_record;

@@ -29,6 +29,7 @@ HostServices AnalysisSession::services() {
     all.Output = &m_output;
     all.NewFile = &m_newFile;
     all.Automation = &m_automation;
+    all.Brushing = &m_brushing;
     return all;
 }
 

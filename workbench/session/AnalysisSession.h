@@ -31,6 +31,7 @@
 #include "workbench/services/OutputService.h"
 #include "workbench/services/TextService.h"
 #include "workbench/session/AnalysisDocument.h"
+#include "workbench/session/BrushingHost.h"
 #include "workbench/session/ModuleLoader.h"
 
 namespace wb {
@@ -105,6 +106,7 @@ public:
     OutputService& output() { return m_output; }
     DocumentStore& documents() { return m_documents; }
     AnalysisDocument& analysisDocument() { return m_analysisDocument; }
+    BrushingHost& brushing() { return m_brushing; }
     NewFileService& newFile() { return m_newFile; }
     AutomationRuntime& automation() { return m_automation; }
     KeywordStore& keywords() { return m_keywords; }
@@ -129,7 +131,8 @@ private:
     NewFileService m_newFile;
     DocumentStore m_documents;
     OutputService m_output{m_documents};
-    AnalysisDocument m_analysisDocument{m_documents};
+    AnalysisDocument m_analysisDocument{m_documents, m_automation};
+    BrushingHost m_brushing{m_frontEnd.dialogs};
     // Last, so that it ends the analysis before the services it uses go.
     ModuleLoader m_loader;
     CDrillDown* m_analysis = nullptr;

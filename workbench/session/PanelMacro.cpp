@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "drilldown/resources/ControlIds.h"
 #include "drilldown/resources/Dialogs.h"
 #include "workbench/session/StateJson.h"
 
@@ -21,6 +22,20 @@ std::string statementProblem(DialogHost& dialogs, std::size_t& seen) {
     const DialogTemplate* dialog = FindDialogTemplate(opened.back());
     const std::string title = dialog != nullptr ? std::string(dialog->Title) : "?";
     return "the dialog \"" + title + "\" opened, which a macro cannot answer";
+}
+
+// Presses the panel's brushing button with the macro's steps queued; why that failed, or
+// empty.
+std::string brushByMacro(AnalysisSession& session, const std::vector<BrushingStep>& steps) {
+    session.brushing().queue(steps);
+    const bool pressed = session.dialogs().click(session.panel(), ButtonBrushing);
+    const std::size_t unused = session.brushing().takeUnused().size();
+    if (!pressed)
+        return "the brushing button is disabled now";
+    if (unused != 0)
+        return "the brushing ended with " + std::to_string(unused) + " of its " +
+               std::to_string(steps.size()) + " steps unused";
+    return {};
 }
 
 } // namespace
@@ -50,6 +65,9 @@ void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::str
                                      return false;
                                  session.documents().close(number);
                                  return true;
+                             },
+                             [&](const std::vector<BrushingStep>& steps) {
+                                 return brushByMacro(session, steps);
                              }};
     MacroRunner(dispatcher, panel, name, hooks, out).run(statements);
 }

@@ -53,6 +53,14 @@ int CAnalysisSupport::IsOleAutomation() const {
     return m_document != nullptr ? m_document->IsOleAutomation() : 0;
 }
 
+IDispatch* CAnalysisSupport::OleAGetApplication() const {
+    return m_document != nullptr ? m_document->GetApplication() : nullptr;
+}
+
+IDispatch* CAnalysisSupport::GetAnalysisAutomationObject() const {
+    return m_document != nullptr ? m_document->GetAutomationObject() : nullptr;
+}
+
 bool CAnalysisSupport::ReplaceContentOfDoc(IDispatch* old, IDispatch* replacement) {
     return m_document != nullptr && m_document->ReplaceContentOfDoc(old, replacement);
 }

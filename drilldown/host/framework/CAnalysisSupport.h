@@ -121,6 +121,10 @@ public:
     CAnalysisDoc* Document() const { return m_document; }
     // Non-zero while a macro drives the analysis; 0 without a document.
     int IsOleAutomation() const;
+    // The host's application object and its object of this analysis, each with one
+    // reference for the caller; null without a document or when the host has none.
+    IDispatch* OleAGetApplication() const;
+    IDispatch* GetAnalysisAutomationObject() const;
     // Puts the content of `replacement` into the window of `old`; false without a document.
     bool ReplaceContentOfDoc(IDispatch* old, IDispatch* replacement);
 

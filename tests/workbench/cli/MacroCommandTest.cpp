@@ -48,6 +48,20 @@ TEST_F(MacroCommand, MacroDrillsAsTheProgramDoes) {
     EXPECT_EQ(state["DrillUps"].size(), 2u);
 }
 
+// Brushing bars 2 and 1 drills as picking rows 1 and 0 of the category dialog does (the pass
+// on AGE that follows has counted AGE's categories before it left).
+TEST_F(MacroCommand, BrushingDrillsAsTheCategoryDialogDoes) {
+    const CliRun brushed = run("Variables = \"REGION SEX | AGE\"\nBrush 2, 1\nDump\n");
+    ASSERT_EQ(brushed.status, 0) << brushed.err;
+    const CliRun dump = runCli("dump " + Sample + " --down 'REGION SEX | AGE' --drill REGION=@1 "
+                               "--drill SEX=@0");
+    ASSERT_EQ(dump.status, 0) << dump.err;
+    const auto state = nlohmann::json::parse(brushed.out.substr(0, brushed.out.find("\nWrote")));
+    const auto expected = nlohmann::json::parse(dump.out);
+    EXPECT_EQ(state["DrillUps"], expected["DrillUps"]);
+    EXPECT_EQ(state["DrillDowns"][0]["Variable"], expected["DrillDowns"][0]["Variable"]);
+}
+
 TEST_F(MacroCommand, PrintShowsWhatTheGetGives) {
     const CliRun result = run("Variables = \"SEX | AGE\"\n"
                               "Print Variables\n"
@@ -86,6 +100,11 @@ TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
         {"OK\nPrint Variables\n", "test.ddm:2: Print Variables: The dialog has been closed."},
         {"Variables = SEX\n", "test.ddm:1: Variables = SEX: \"SEX\" is no value"},
         {"Close 3\n", "test.ddm:1: Close 3: no document 3 is open"},
+        {"Variables = \"SEX\"\nBrush 1, down\n",
+         "test.ddm:2: Brush 1, down: \"down\" is neither a bar number nor Up"},
+        {"Variables = \"SEX | AGE\"\nBrush 1, 1, 1\n",
+         "test.ddm:2: Brush 1, 1, 1: the brushing ended with 1 of its 3 steps unused"},
+        {"Brush 1\n", "test.ddm:1: Brush 1: the brushing button is disabled now"},
         {"Close three\n", "test.ddm:1: Close three: Close needs a document number"},
         {"Variables = \"SEX\"\nReviewVariables = \"| INCOME SPEND\"\n"
          "ResultsVariables = \"AGE | INCOME\"\nReview3DHistograms\n",

@@ -73,6 +73,7 @@ TEST_F(DialogWindowsTest, TheHostAsksItsFrontEndAtTheRightMoments) {
         int defineSelection(HWND) override { return 0; }
         int defineWeight(HWND) override { return 0; }
         int openFile(HWND) override { return 0; }
+        std::optional<wb::BrushingChoice> brush(const wb::BrushingCall&) override { return {}; }
         void opened(HWND, int id, bool modal) override {
             events.push_back((modal ? "modal " : "modeless ") + std::to_string(id));
         }
