@@ -83,15 +83,19 @@ int BrushingMode::regionAt(const QPoint& point) const {
     return -1;
 }
 
+QPolygonF BrushingMode::outline(int index) const {
+    if (index < 0 || static_cast<std::size_t>(index) >= m_outlines.size())
+        return {};
+    return m_outlines[static_cast<std::size_t>(index)];
+}
+
 void BrushingMode::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const auto fill = [&](int index, const QColor& colour) {
-        if (index < 0 || static_cast<std::size_t>(index) >= m_outlines.size())
-            return;
         painter.setPen(QPen(colour.darker(150), 2));
         painter.setBrush(colour);
-        painter.drawPolygon(m_outlines[static_cast<std::size_t>(index)]);
+        painter.drawPolygon(outline(index));
     };
     if (m_hovered != m_selected)
         fill(m_hovered, Hover);

@@ -30,6 +30,8 @@ public:
     // For tests and the screenshots: the region under a point (-1 for none), the command
     // buttons, and the region selected.
     int regionAt(const QPoint& point) const;
+    // Where region `index` shows in this widget; empty for none.
+    QPolygonF outline(int index) const;
     const std::vector<QPushButton*>& commandButtons() const { return m_buttons; }
     int selected() const { return m_selected; }
 

@@ -21,6 +21,7 @@
 #include "drilldown/resources/ControlIds.h"
 #include "support/TempDir.h"
 #include "workbench/data/DataFileLoader.h"
+#include "workbench/desktop/BrushingMode.h"
 #include "workbench/desktop/MainWindow.h"
 #include "workbench/desktop/VariableDialog.h"
 #include "workbench/documents/GraphJson.h"
@@ -97,6 +98,54 @@ TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
     QMdiSubWindow* shown = window.documents().windowOf(summary.id);
     ASSERT_NE(shown, nullptr);
     EXPECT_EQ(shown->windowTitle().toStdString(), summary.name());
+    EXPECT_EQ(session.dialogs().resultsLockDepth(session.panel()), 0);
+}
+
+// Drilling by clicking bars: three levels, one step undone from the graph on the way; the
+// loop offers the next variable's graph after each step and ends by itself when none is left.
+TEST(MainWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
+    wb::testing::TempDir dir;
+    wb::desktop::MainWindow window(
+        wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
+                           .outputFolder = dir.path("out"),
+                           .keywordFile = {}});
+    window.show();
+    ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
+    window.startAnalysis();
+    wb::AnalysisSession& session = window.session();
+    session.chooseVariables("REGION SEX CHANNEL");
+    wb::desktop::TemplateDialog* panel = window.frontEnd().windowOf(session.panel());
+    ASSERT_NE(panel, nullptr);
+
+    // Each pass: the bar to click (from 0; -1 none) and the command button to press.
+    const std::vector<std::pair<int, int>> passes = {{1, 0}, {0, 0}, {-1, 1}, {1, 0}, {0, 0}};
+    std::size_t seen = 0;
+    std::vector<int> commandsOffered;
+    std::function<void()> play = [&] {
+        wb::desktop::BrushingMode* mode = window.frontEnd().brushingMode();
+        if (mode == nullptr || seen == passes.size()) {
+            QTimer::singleShot(10, play);
+            return;
+        }
+        const auto [bar, command] = passes[seen++];
+        commandsOffered.push_back(static_cast<int>(mode->commandButtons().size()));
+        if (bar >= 0) {
+            const QPoint centre = mode->outline(bar).boundingRect().center().toPoint();
+            QTest::mouseClick(mode, Qt::LeftButton, {}, centre);
+            EXPECT_EQ(mode->selected(), bar);
+        }
+        if (seen < passes.size())
+            QTimer::singleShot(10, play);
+        mode->commandButtons().at(static_cast<std::size_t>(command))->click();
+    };
+    QTimer::singleShot(0, play);
+    QTest::mouseClick(button(*panel, ButtonBrushing), Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return seen == passes.size() && window.frontEnd().brushingMode() == nullptr &&
+               session.analysis().GetDrillDownsSize() == 0;
+    }, 5000));
+    EXPECT_EQ(session.analysis().GetDrillUpsSize(), 3);
+    EXPECT_EQ(commandsOffered, (std::vector<int>{1, 2, 2, 2, 2}));
     EXPECT_EQ(session.dialogs().resultsLockDepth(session.panel()), 0);
 }
 
