@@ -101,7 +101,9 @@ void CDrillDownListBox::ReorderItem(int target) {
 // ---- The panel's life and messages -----------------------------------------------------------
 
 CDDNStartupDlg::CDDNStartupDlg(CDrillDown* analysis)
-    : CAnalysisModelessDialog(analysis, DlgStartupPanel, nullptr), m_pDrill(analysis) {}
+    : CAnalysisModelessDialog(analysis, DlgStartupPanel, nullptr), m_pDrill(analysis) {
+    m_pControlDescr = DDNControlDescriptions;
+}
 
 CDDNStartupDlg::~CDDNStartupDlg() = default;
 

@@ -44,6 +44,9 @@ protected:
     int SetSize() const override;
 };
 
+// The panel's recordable controls, closed by an entry with controlId 0.
+extern const CDialogControlDescr DDNControlDescriptions[];
+
 class CDDNStartupDlg : public CAnalysisModelessDialog, public IDispatch, public ISupportErrorInfo {
 public:
     explicit CDDNStartupDlg(CDrillDown* analysis);
@@ -99,6 +102,9 @@ public:
     HRESULT get_UserDefinedBoundaries(BSTR* value);
     HRESULT put_UserDefinedBoundaries(const VARIANT& value);
     HRESULT get_Name(BSTR* value);
+
+    // Macro recording (automation/RecordingTable.cpp): the values the host cannot read.
+    COleAConstant* RecordControlValue(int id) override;
 
 private:
     void Initialise(HWND dialog);

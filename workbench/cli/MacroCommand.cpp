@@ -7,6 +7,7 @@
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
+#include "workbench/session/MacroRecorder.h"
 #include "workbench/session/PanelMacro.h"
 #include "workbench/session/WindowLayout.h"
 
@@ -19,6 +20,7 @@ struct MacroOptions {
     std::string macro;
     std::optional<std::string> layout;     // restored before the macro
     std::optional<std::string> saveLayout; // written after it
+    std::optional<std::string> record;     // the macro that the run records
 };
 
 MacroOptions parseMacroArguments(const Arguments& arguments) {
@@ -41,6 +43,8 @@ MacroOptions parseMacroArguments(const Arguments& arguments) {
             options.layout = value();
         else if (argument == "--save-layout")
             options.saveLayout = value();
+        else if (argument == "--record")
+            options.record = value();
         else if (argument.starts_with("--"))
             throw UsageError("unknown option " + argument);
         else
@@ -65,6 +69,12 @@ void restoreLayout(AnalysisSession& session, const std::string& path) {
     }
 }
 
+void writeRecording(const std::string& macro, const std::string& path) {
+    std::ofstream output(path);
+    if (!(output << macro) || !output.flush())
+        throw DataError(path + ": cannot be written");
+}
+
 void saveLayout(AnalysisSession& session, const std::string& path) {
     try {
         std::ofstream output(path);
@@ -81,12 +91,18 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
         throw DataError(options.macro + ": cannot be read");
     HeadlessRun run(options.setup);
     AnalysisSession& session = run.session();
+    MacroRecorder recorder(session);
+    if (options.record)
+        recorder.start();
     try {
         runPanelMacro(session, input, options.macro, out);
     } catch (const MacroError& error) {
         std::cerr << error.what() << '\n';
         return ExitDataError;
     }
+    recorder.stop();
+    if (options.record)
+        writeRecording(recorder.text(options.setup.file), *options.record);
     // The windows of a layout come back for the variables and subset the macro set up.
     if (options.layout)
         restoreLayout(session, *options.layout);

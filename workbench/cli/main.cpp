@@ -36,9 +36,10 @@ constexpr std::array Commands{
             runReport},
     Command{"run",
             "FILE MACRO [--out DIR] [--weight VAR] [--select EXPR] [--layout FILE] "
-            "[--save-layout FILE]",
+            "[--save-layout FILE] [--record OUT.ddm]",
             "run a macro against a new Drill-Down analysis on FILE, one statement a line: "
-            "Member = value, Member, Print Member, Dump, Close N; ' starts a comment. "
+            "Member = value, Member, Print Member, Dump, Close N, Brush S, ...; ' starts a "
+            "comment. --record writes what the macro did as a macro of its own. "
             "--layout then makes the stand-alone result windows of a saved layout again for "
             "the subset the macro reached, --save-layout writes where they stand",
             runMacro},

@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QSignalBlocker>
 #include <QMessageBox>
 #include <QTabWidget>
 
@@ -53,6 +54,29 @@ void MainWindow::buildMenus() {
     QMenu* analysis = menuBar()->addMenu(QStringLiteral("&Analyse"));
     analysis->addAction(QStringLiteral("&Drill-down"), this, &MainWindow::startAnalysis);
 
+    QMenu* tools = menuBar()->addMenu(QStringLiteral("&Outils"));
+    tools->addAction(QStringLiteral("&Exécuter une macro…"), this, [this] {
+        const QString path = QFileDialog::getOpenFileName(
+            this, QStringLiteral("Exécuter une macro"), {}, QStringLiteral("Macros (*.ddm);;Tous (*)"));
+        if (!path.isEmpty())
+            runMacro(path);
+    });
+    QAction* record = tools->addAction(QStringLiteral("En&registrer une macro"));
+    record->setCheckable(true);
+    connect(record, &QAction::toggled, this, [this, record](bool on) {
+        if (on) {
+            startRecording();
+            return;
+        }
+        const QString path = QFileDialog::getSaveFileName(
+            this, QStringLiteral("Enregistrer la macro"), {}, QStringLiteral("Macros (*.ddm)"));
+        if (path.isEmpty() || !stopRecording(path)) {
+            // Nothing is lost: the recording goes on until it is saved.
+            const QSignalBlocker still(record);
+            record->setChecked(true);
+        }
+    });
+
     QMenu* window = menuBar()->addMenu(QStringLiteral("Fe&nêtre"));
     window->addAction(QStringLiteral("&Mosaïque"), m_area, &QMdiArea::tileSubWindows);
     window->addAction(QStringLiteral("&Cascade"), m_area, &QMdiArea::cascadeSubWindows);
@@ -70,6 +94,37 @@ void MainWindow::buildMenus() {
         if (!path.isEmpty())
             restoreLayout(path);
     });
+}
+
+int MainWindow::runMacro(const QString& path) {
+    if (!m_session.hasAnalysis() || !m_session.dialogs().isOpen(m_session.panel())) {
+        tellProblem(path, QStringLiteral("ouvrez d'abord le panneau d'une analyse"));
+        return 1;
+    }
+    std::ifstream input(path.toStdString());
+    if (!input) {
+        tellProblem(path, QStringLiteral("le fichier ne peut pas être lu"));
+        return 1;
+    }
+    try {
+        runPanelMacro(m_session, input, path.toStdString(), std::cout);
+    } catch (const std::exception& error) {
+        tellProblem(path, qtext(error.what()));
+        return 1;
+    }
+    return 0;
+}
+
+void MainWindow::startRecording() { m_recorder.start(); }
+
+bool MainWindow::stopRecording(const QString& path) {
+    std::ofstream output(path.toStdString());
+    if (!(output << m_recorder.text(m_session.file().path())) || !output.flush()) {
+        tellProblem(path, QStringLiteral("le fichier ne peut pas être écrit"));
+        return false;
+    }
+    m_recorder.stop();
+    return true;
 }
 
 void MainWindow::tellProblem(const QString& path, const QString& problem) {
@@ -147,22 +202,16 @@ namespace wb::desktop {
 
 int MainWindow::runScript(const QString& macro, const QString& screenshots) {
     m_frontEnd.setScripted(true);
-    std::ifstream input(macro.toStdString());
-    if (!input) {
-        std::cerr << macro.toStdString() << ": cannot be read\n";
-        return 1;
-    }
     if (!m_fileOpen) {
         std::cerr << "no data file is open\n";
         return 1;
     }
-    int status = 0;
+    int status = 1;
     try {
         m_session.startAnalysis();
-        runPanelMacro(m_session, input, macro.toStdString(), std::cout);
-    } catch (const std::exception& error) {
+        status = runMacro(macro);
+    } catch (const ModuleError& error) {
         std::cerr << error.what() << '\n';
-        status = 1;
     }
     if (!screenshots.isEmpty())
         writeScreenshots(screenshots);

@@ -4,6 +4,7 @@
 //
 //   File      Open a data file (any file the workbench reads), Quit
 //   Analysis  Drill-down: a new analysis on the open file; its panel opens
+//   Tools     Run a macro on the open analysis; record what the user does as a macro
 //   Window    Tile, Cascade; save the layout of the stand-alone result windows to a file,
 //             and restore one (the windows come back with the current subset)
 //
@@ -15,6 +16,7 @@
 #include "workbench/desktop/DesktopFrontEnd.h"
 #include "workbench/desktop/DocumentArea.h"
 #include "workbench/session/AnalysisSession.h"
+#include "workbench/session/MacroRecorder.h"
 
 namespace wb::desktop {
 
@@ -40,6 +42,15 @@ public:
     bool saveLayout(const QString& path);
     bool restoreLayout(const QString& path);
 
+    // Runs a macro on the open analysis's panel (Print and Dump to standard output); the
+    // macro's status, its failure told as a message.
+    int runMacro(const QString& path);
+    // Recording: from start on, every action on the panel becomes a line of a macro; stop
+    // writes it to `path` (false, with a message, when it cannot).
+    void startRecording();
+    bool stopRecording(const QString& path);
+    bool recording() const { return m_recorder.recording(); }
+
     AnalysisSession& session() { return m_session; }
     DesktopFrontEnd& frontEnd() { return m_frontEnd; }
     DocumentArea& documents() { return *m_area; }
@@ -52,6 +63,7 @@ private:
 
     DesktopFrontEnd m_frontEnd{this};
     AnalysisSession m_session;
+    MacroRecorder m_recorder{m_session};
     DocumentArea* m_area;
     bool m_fileOpen = false;
 };

@@ -266,6 +266,7 @@ HRESULT DialogHost::writeEdit(HWND dialog, int id, const VARIANT& value) {
         return fail(DISP_E_TYPEMISMATCH, "Control " + std::to_string(id) + " takes a text.");
     }
     m_model.setText(dialog, id, std::move(text));
+    tellRecorder(dialog, id);
     return S_OK;
 }
 

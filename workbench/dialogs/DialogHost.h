@@ -125,14 +125,19 @@ public:
     int startupMenusEnabled(HWND dialog) const;
     // The pages put into tab control `tabId`.
     std::vector<int> tabPages(HWND dialog, int tabId) const;
-    // Calls of EarlyRecordState (kind 0, the control) and FinishRecordingDialog (kind 1,
-    // the control), oldest first.
-    struct RecordingCall {
-        int kind = 0;
-        int id = 0;
-        bool operator==(const RecordingCall&) const = default;
+    // What a macro recorder hears: each action of the user or of automation on a control,
+    // once the dialog has handled it, and the dialog's own recording moments.
+    class Recorder {
+    public:
+        virtual ~Recorder() = default;
+        virtual void acted(HWND dialog, int id) = 0;
+        virtual void earlyState(HWND dialog, int id) = 0;
+        virtual void finished(HWND dialog, int id) = 0;
     };
-    const std::vector<RecordingCall>& recordingCalls() const { return m_recording; }
+    // Null: nobody records.
+    void setRecorder(Recorder* recorder) { m_recorder = recorder; }
+    // The module's object behind a dialog window; null for none.
+    CAnalysisDialog* ownerOf(HWND dialog) const;
 
     // `first` is neither read nor written.
     int GetInitKeyword(int section, const char* keyword, int* first, int* second) override;
@@ -220,6 +225,8 @@ private:
     void finishDispatch();
     void destroyWindow(HWND dialog);
     Window* window(HWND dialog);
+    // Tells the recorder, if any, of an action on a control of a dialog still open.
+    void tellRecorder(HWND dialog, int id);
     const Window* window(HWND dialog) const;
     // Whether the user can act on the control: it exists, is enabled and shown.
     bool actionable(HWND dialog, int id) const;
@@ -250,7 +257,7 @@ private:
     std::vector<HWND> m_ended; // modeless dialogs to destroy after the delivery
     int m_deliveries = 0;      // deliveries under way
     std::vector<int> m_modalsOpened;
-    std::vector<RecordingCall> m_recording;
+    Recorder* m_recorder = nullptr;
     // The command being delivered, so that the variable dialog knows which button opened it.
     std::pair<HWND, int> m_command{nullptr, 0};
     std::map<std::pair<HWND, int>, std::string> m_variableLists;

@@ -273,10 +273,14 @@ int DialogHost::startupMenusEnabled(HWND dialog) const {
     return panel == nullptr ? -1 : panel->menus;
 }
 
-void DialogHost::EarlyRecordState(HWND, int id) { m_recording.push_back({0, id}); }
+void DialogHost::EarlyRecordState(HWND dialog, int id) {
+    if (m_recorder != nullptr)
+        m_recorder->earlyState(dialog, id);
+}
 
-void DialogHost::FinishRecordingDialog(HWND, int, int, int id) {
-    m_recording.push_back({1, id});
+void DialogHost::FinishRecordingDialog(HWND dialog, int, int, int id) {
+    if (m_recorder != nullptr)
+        m_recorder->finished(dialog, id);
 }
 
 int DialogHost::DefineSelCond(int, HWND parent) { return m_frontEnd.defineSelection(parent); }
@@ -320,6 +324,17 @@ void DialogHost::clickControl(HWND dialog, int id) {
     }
     deliver(dialog, WM_COMMAND, MakeWParam(id, BN_CLICKED),
             handleParam(m_model.controlHandle(dialog, id)));
+    tellRecorder(dialog, id);
+}
+
+void DialogHost::tellRecorder(HWND dialog, int id) {
+    if (m_recorder != nullptr && isOpen(dialog))
+        m_recorder->acted(dialog, id);
+}
+
+CAnalysisDialog* DialogHost::ownerOf(HWND dialog) const {
+    const Window* found = window(dialog);
+    return found != nullptr ? found->owner : nullptr;
 }
 
 bool DialogHost::click(HWND dialog, int id) {
@@ -339,6 +354,7 @@ bool DialogHost::chooseRow(HWND dialog, int id, int row) {
         deliver(dialog, WM_COMMAND, MakeWParam(id, LBN_SELCHANGE),
                 handleParam(m_model.controlHandle(dialog, id)));
     }
+    tellRecorder(dialog, id);
     return true;
 }
 
@@ -377,6 +393,7 @@ bool DialogHost::typeText(HWND dialog, int id, std::string text) {
             return false;
     }
     m_model.setText(dialog, id, std::move(text));
+    tellRecorder(dialog, id);
     return true;
 }
 

@@ -44,6 +44,8 @@ void CAnalysisDialog::FreeMem(void* block) { m_analysis->FreeMem(block); }
 
 void CAnalysisDialog::EarlyRecordState(int id) { Controls().EarlyRecordState(m_hWnd, id); }
 
+COleAConstant* CAnalysisDialog::RecordControlValue(int) { return nullptr; }
+
 int CAnalysisDialog::DefineSelCond(int mode, HWND dialog) {
     return Controls().DefineSelCond(mode, dialog);
 }

@@ -87,6 +87,35 @@ private:
     void* m_instance;
 };
 
+// One recordable control of a dialog, for the host's macro recorder: which control, its role
+// (0 a value or action, 1 a variable list, 4 a table result, 6 a graph result, 20 a saved
+// data file), whether it is an action (1) or holds a value (2), the kind of value (1 a
+// whole number or flag, 2 a real, 5 a text, 6 none: a method), the number of its automation
+// member in the host's tables, and whether the control itself is recorded (the drill
+// actions are not: the dialog finishes them with FinishRecordingDialog). A table of these
+// ends with a default-constructed entry (controlId 0).
+struct CDialogControlDescr {
+    int controlId = 0;
+    int controlClass = 0;
+    int accessKind = 0;
+    int valueKind = 0;
+    int memberId = 0;
+    bool recorded = false;
+    int reserved1 = 0;
+    int reserved2 = 0;
+};
+
+// A value for the recorder, made by the dialog and owned by the host once handed over.
+class COleAConstant {
+public:
+    explicit COleAConstant(std::string text) : m_text(std::move(text)) {}
+    virtual ~COleAConstant() = default;
+    const std::string& Text() const { return m_text; }
+
+private:
+    std::string m_text;
+};
+
 class CAnalysisDialog {
 public:
     CAnalysisDialog(CAnalysisSupport* analysis, int resourceId, HWND parent);
@@ -123,6 +152,12 @@ public:
     int AllocMem(void** block, unsigned long bytes);
     void FreeMem(void* block);
 
+    // The dialog's recordable controls (null: none), read by the host's recorder.
+    const CDialogControlDescr* ControlDescriptions() const { return m_pControlDescr; }
+    // The value of control `id` for the recorder when the host cannot read it from the
+    // control itself; null when the host reads it (the default) or there is none to record.
+    virtual COleAConstant* RecordControlValue(int id);
+
     // Non-zero while an automation call is being served by this dialog.
     int IsOleAutomation() const { return m_automationCalls > 0 ? 1 : 0; }
     void EarlyRecordState(int id);
@@ -149,6 +184,7 @@ public:
     };
 
 protected:
+    const CDialogControlDescr* m_pControlDescr = nullptr;
     CAnalysisSupport* m_analysis;
     int m_resourceId;
     HWND m_parent;

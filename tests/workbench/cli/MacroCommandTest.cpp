@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -11,6 +12,8 @@
 #include "support/CliRun.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 const std::string Sample = DD_SOURCE_DIR "/examples/sample.csv";
 
@@ -167,6 +170,56 @@ TEST_F(MacroCommand, StandAloneWindowsFollowTheDrillAndTheirLayoutComesBack) {
     ASSERT_EQ(again.status, 0) << again.err;
     EXPECT_NE(again.out.find("Wrote 3 tables and 3 graphs"), std::string::npos) << again.out;
     EXPECT_EQ(readFile(layout), readFile(layout + ".2"));
+}
+
+// A run recorded and the recording replayed on the same file: the same state, and the same
+// documents. Brushing is recorded as its drill steps: the same drill state, without the
+// brushing graphs (and without the counts of the variable the last pass showed).
+TEST_F(MacroCommand, ARecordingReplaysToTheSameStateAndDocuments) {
+    std::ifstream tourFile(DD_SOURCE_DIR "/examples/tour.ddm");
+    const std::string tour((std::istreambuf_iterator<char>(tourFile)), {});
+    const struct {
+        std::string macro;
+        bool brushed;
+    } cases[] = {{tour, false},
+                 {"Variables = \"REGION SEX CHANNEL | AGE\"\nBrush 3, 2, Up, 1\n", true}};
+    const auto lastDump = [](std::string out) {
+        out.insert(0, "\n");
+        const std::size_t start = out.rfind("\n{\n");
+        return nlohmann::json::parse(out.substr(start, out.find("\n}\n", start) + 3 - start));
+    };
+    const auto documents = [](const std::string& folder) {
+        std::vector<std::string> texts;
+        if (fs::exists(folder))
+            for (const auto& entry : fs::directory_iterator(folder))
+                if (entry.path().extension() == ".json")
+                    texts.push_back(readFile(entry.path().string()));
+        std::sort(texts.begin(), texts.end());
+        return texts;
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.macro.substr(0, 60));
+        fs::remove_all(dir.path("out"));
+        const std::string recording = dir.path("recorded.ddm");
+        const CliRun original = run(c.macro + "Dump\n", "--record " + recording);
+        ASSERT_EQ(original.status, 0) << original.err;
+        const std::string recorded = readFile(recording);
+        std::ofstream(dir.path("replay.ddm")) << recorded << "Dump\n";
+        const std::string replayed = dir.path("replayed-" + std::to_string(c.brushed));
+        const CliRun replay = runCli("run " + Sample + " " + dir.path("replay.ddm") + " --out " +
+                                     replayed);
+        ASSERT_EQ(replay.status, 0) << replay.err << recorded;
+        const auto state = lastDump(original.out), again = lastDump(replay.out);
+        if (c.brushed) {
+            EXPECT_EQ(state["DrillUps"], again["DrillUps"]) << recorded;
+            EXPECT_EQ(state["DrillUps"].size(), 2u);
+            EXPECT_EQ(documents(replayed), std::vector<std::string>{});
+        } else {
+            EXPECT_EQ(state, again) << recorded;
+            EXPECT_EQ(documents(dir.path("out")).size(), 21u);
+            EXPECT_EQ(documents(dir.path("out")), documents(replayed));
+        }
+    }
 }
 
 // The end of a run is the user's OK: the panel's setting is stored for the next analysis.

@@ -28,6 +28,7 @@
 #include "workbench/documents/TableJson.h"
 #include "workbench/headless/HeadlessFrontEnd.h"
 #include "workbench/session/PanelMacro.h"
+#include "workbench/session/StateJson.h"
 
 namespace {
 
@@ -103,6 +104,7 @@ TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
 
 // Drilling by clicking bars: three levels, one step undone from the graph on the way; the
 // loop offers the next variable's graph after each step and ends by itself when none is left.
+// Recorded meanwhile, the session replays headless to the same drill state.
 TEST(MainWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     wb::testing::TempDir dir;
     wb::desktop::MainWindow window(
@@ -113,6 +115,7 @@ TEST(MainWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
     window.startAnalysis();
     wb::AnalysisSession& session = window.session();
+    window.startRecording();
     session.chooseVariables("REGION SEX CHANNEL");
     wb::desktop::TemplateDialog* panel = window.frontEnd().windowOf(session.panel());
     ASSERT_NE(panel, nullptr);
@@ -147,6 +150,26 @@ TEST(MainWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     EXPECT_EQ(session.analysis().GetDrillUpsSize(), 3);
     EXPECT_EQ(commandsOffered, (std::vector<int>{1, 2, 2, 2, 2}));
     EXPECT_EQ(session.dialogs().resultsLockDepth(session.panel()), 0);
+
+    const std::string recording = dir.path("brushed.ddm");
+    ASSERT_TRUE(window.stopRecording(QString::fromStdString(recording)));
+    EXPECT_FALSE(window.recording());
+    const auto drilled = wb::stateToJson(session.analysis())["DrillUps"];
+    // One module, one analysis at a time: the window's goes before the replay's starts.
+    session.closeAnalysis();
+    wb::HeadlessFrontEnd headless(nullptr, nullptr);
+    wb::AnalysisSession replay(headless.bundle(),
+                               wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext,
+                                                                                  &Vmk6NewAnalysis},
+                                                  .outputFolder = dir.path("replay"),
+                                                  .keywordFile = {}});
+    replay.open(wb::loadDataFile(DD_SOURCE_DIR "/examples/sample.csv"));
+    replay.startAnalysis();
+    std::ifstream macro(recording);
+    std::ostringstream printed;
+    wb::runPanelMacro(replay, macro, recording, printed);
+    EXPECT_EQ(wb::stateToJson(replay.analysis())["DrillUps"], drilled);
+    EXPECT_EQ(drilled.size(), 3u);
 }
 
 // The scripted run drives the analysis by a macro through the same panel and writes every
