@@ -19,6 +19,7 @@
 
 #include "drilldown/core/ModuleEntry.h"
 #include "drilldown/resources/ControlIds.h"
+#include "support/AnalysisFixture.h"
 #include "support/TempDir.h"
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/BrushingMode.h"
@@ -56,9 +57,7 @@ void selectVariables(QListWidget& offered, const std::vector<QString>& names) {
 TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
     wb::testing::TempDir dir;
     wb::desktop::MainWindow window(
-        wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
-                           .outputFolder = dir.path("out"),
-                           .keywordFile = {}});
+        test::linkedModule(dir.path("out")));
     window.show();
     ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
     window.startAnalysis();
@@ -108,9 +107,7 @@ TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
 TEST(MainWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     wb::testing::TempDir dir;
     wb::desktop::MainWindow window(
-        wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
-                           .outputFolder = dir.path("out"),
-                           .keywordFile = {}});
+        test::linkedModule(dir.path("out")));
     window.show();
     ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
     window.startAnalysis();
@@ -159,10 +156,7 @@ TEST(MainWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     session.closeAnalysis();
     wb::HeadlessFrontEnd headless(nullptr, nullptr);
     wb::AnalysisSession replay(headless.bundle(),
-                               wb::SessionOptions{.module = wb::ModuleEntryPoints{&Vmk6AnalysisContext,
-                                                                                  &Vmk6NewAnalysis},
-                                                  .outputFolder = dir.path("replay"),
-                                                  .keywordFile = {}});
+                               test::linkedModule(dir.path("replay")));
     replay.open(wb::loadDataFile(DD_SOURCE_DIR "/examples/sample.csv"));
     replay.startAnalysis();
     std::ifstream macro(recording);
@@ -188,10 +182,7 @@ TEST(MainWindow, AScriptedRunWritesEveryWindowAndGivesTheMacrosStatus) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.macro);
         wb::testing::TempDir dir;
-        wb::desktop::MainWindow window(wb::SessionOptions{
-            .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
-            .outputFolder = dir.path("out"),
-            .keywordFile = {}});
+        wb::desktop::MainWindow window(test::linkedModule(dir.path("out")));
         ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
         const std::string macro = dir.write("tour.ddm", c.macro);
         EXPECT_EQ(window.runScript(QString::fromStdString(macro),
@@ -209,10 +200,7 @@ TEST(MainWindow, AScriptedRunWritesEveryWindowAndGivesTheMacrosStatus) {
 // same stacking order, and a layout file that is no layout is refused with its name.
 TEST(MainWindow, AWindowLayoutSavedAndRestoredPutsTheRealWindowsBack) {
     wb::testing::TempDir dir;
-    wb::desktop::MainWindow window(wb::SessionOptions{
-        .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
-        .outputFolder = dir.path("out"),
-        .keywordFile = {}});
+    wb::desktop::MainWindow window(test::linkedModule(dir.path("out")));
     window.show();
     ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
     ASSERT_EQ(window.runScript(DD_SOURCE_DIR "/examples/standalone.ddm", {}), 0);
@@ -271,10 +259,7 @@ TEST(MainWindow, TheDesktopAndTheHeadlessFrontEndMakeTheSameDocuments) {
         SCOPED_TRACE(name);
         const std::string macroPath = std::string(DD_SOURCE_DIR "/examples/") + name;
         wb::testing::TempDir dir;
-        const wb::SessionOptions options{
-            .module = wb::ModuleEntryPoints{&Vmk6AnalysisContext, &Vmk6NewAnalysis},
-            .outputFolder = dir.path("out"),
-            .keywordFile = {}};
+        const wb::SessionOptions options = test::linkedModule(dir.path("out"));
         std::vector<std::string> desktop;
         {
             wb::desktop::MainWindow window(options);
