@@ -54,13 +54,19 @@ void selectVariables(QListWidget& offered, const std::vector<QString>& names) {
                 offered.item(row)->setSelected(true);
 }
 
-TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
+// The main window on the sample data, with an analysis started: its panel is open.
+class SampleWindow : public ::testing::Test {
+protected:
+    void SetUp() override {
+        window.show();
+        ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
+        window.startAnalysis();
+    }
     wb::testing::TempDir dir;
-    wb::desktop::MainWindow window(
-        test::linkedModule(dir.path("out")));
-    window.show();
-    ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
-    window.startAnalysis();
+    wb::desktop::MainWindow window{test::linkedModule(dir.path("out"))};
+};
+
+TEST_F(SampleWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
     wb::AnalysisSession& session = window.session();
     wb::desktop::TemplateDialog* panel = window.frontEnd().windowOf(session.panel());
     ASSERT_NE(panel, nullptr) << "the panel has its window";
@@ -104,13 +110,7 @@ TEST(MainWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
 // Drilling by clicking bars: three levels, one step undone from the graph on the way; the
 // loop offers the next variable's graph after each step and ends by itself when none is left.
 // Recorded meanwhile, the session replays headless to the same drill state.
-TEST(MainWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
-    wb::testing::TempDir dir;
-    wb::desktop::MainWindow window(
-        test::linkedModule(dir.path("out")));
-    window.show();
-    ASSERT_TRUE(window.openFile(DD_SOURCE_DIR "/examples/sample.csv"));
-    window.startAnalysis();
+TEST_F(SampleWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     wb::AnalysisSession& session = window.session();
     window.startRecording();
     session.chooseVariables("REGION SEX CHANNEL");
