@@ -11,6 +11,7 @@
 #include <string>
 
 #include "workbench/desktop/BrushingMode.h"
+#include "workbench/desktop/DataDialogs.h"
 #include "workbench/desktop/DocumentArea.h"
 #include "workbench/desktop/QtText.h"
 #include "workbench/desktop/VariableDialog.h"
@@ -76,23 +77,26 @@ std::optional<VariableChoice> DesktopFrontEnd::chooseVariables(const VariableDia
     return dialog.choice();
 }
 
-void DesktopFrontEnd::notShownYet(const char* what) {
-    dsplst(0, (std::string(what) + " : ce dialogue n'est pas encore disponible.").c_str());
-}
-
+// The workbench's own dialogs on the session's file; a scripted run has nobody to answer
+// them, so they are cancelled.
 int DesktopFrontEnd::defineSelection(HWND) {
-    notShownYet("Sélection des observations");
-    return 0;
+    if (m_scripted || m_session == nullptr)
+        return 0;
+    SelectionDialog dialog(*m_session, m_owner);
+    return dialog.exec() == QDialog::Accepted ? 1 : 0;
 }
 
 int DesktopFrontEnd::defineWeight(HWND) {
-    notShownYet("Pondération");
-    return 0;
+    if (m_scripted || m_session == nullptr)
+        return 0;
+    WeightDialog dialog(*m_session, m_owner);
+    return dialog.exec() == QDialog::Accepted ? 1 : 0;
 }
 
 int DesktopFrontEnd::openFile(HWND) {
-    notShownYet("Ouvrir un fichier");
-    return 0;
+    if (m_scripted || m_session == nullptr)
+        return 0;
+    return openOtherDataFile(*m_session, m_owner) ? 1 : 0;
 }
 
 void DesktopFrontEnd::post(std::function<void()> task) {

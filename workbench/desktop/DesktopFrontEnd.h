@@ -70,8 +70,6 @@ public:
     int lookbr() override;
 
 private:
-    void notShownYet(const char* what);
-
     QWidget* m_owner;
     AnalysisSession* m_session = nullptr;
     DocumentArea* m_area = nullptr;

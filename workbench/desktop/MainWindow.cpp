@@ -11,6 +11,7 @@
 
 #include "drilldown/resources/ControlIds.h"
 #include "workbench/data/DataFileLoader.h"
+#include "workbench/desktop/DataDialogs.h"
 #include "workbench/desktop/QtText.h"
 #include "workbench/session/PanelMacro.h"
 #include "workbench/session/WindowLayout.h"
@@ -50,6 +51,20 @@ void MainWindow::buildMenus() {
     });
     file->addSeparator();
     file->addAction(QStringLiteral("&Quitter"), QKeySequence::Quit, this, &QWidget::close);
+
+    QMenu* data = menuBar()->addMenu(QStringLiteral("&Données"));
+    data->addAction(QStringLiteral("&Pondération…"), this, [this] {
+        if (dataMenuOpen()) {
+            WeightDialog dialog(m_session, this);
+            dialog.exec();
+        }
+    });
+    data->addAction(QStringLiteral("&Sélection des observations…"), this, [this] {
+        if (dataMenuOpen()) {
+            SelectionDialog dialog(m_session, this);
+            dialog.exec();
+        }
+    });
 
     QMenu* analysis = menuBar()->addMenu(QStringLiteral("&Analyse"));
     analysis->addAction(QStringLiteral("&Drill-down"), this, &MainWindow::startAnalysis);
@@ -94,6 +109,22 @@ void MainWindow::buildMenus() {
         if (!path.isEmpty())
             restoreLayout(path);
     });
+}
+
+// The file's weight and selection belong to the analysis while its panel is open: the
+// panel's own buttons change them, so that the analysis counts again.
+bool MainWindow::dataMenuOpen() {
+    if (!m_fileOpen) {
+        QMessageBox::information(this, windowTitle(), QStringLiteral("Ouvrez d'abord un fichier de données."));
+        return false;
+    }
+    if (m_session.hasAnalysis() && m_session.dialogs().isOpen(m_session.panel())) {
+        QMessageBox::information(
+            this, windowTitle(),
+            QStringLiteral("Utilisez les boutons Sélection et Pondération du panneau de l'analyse ouverte."));
+        return false;
+    }
+    return true;
 }
 
 int MainWindow::runMacro(const QString& path) {

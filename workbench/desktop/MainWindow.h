@@ -3,6 +3,7 @@
 // as windows of their own, and the menus that reach them.
 //
 //   File      Open a data file (any file the workbench reads), Quit
+//   Data      the case weight and the selection condition of the open file
 //   Analysis  Drill-down: a new analysis on the open file; its panel opens
 //   Tools     Run a macro on the open analysis; record what the user does as a macro
 //   Window    Tile, Cascade; save the layout of the stand-alone result windows to a file,
@@ -57,6 +58,8 @@ public:
 
 private:
     void buildMenus();
+    // Whether the Data menu may change the file now; tells the user why not.
+    bool dataMenuOpen();
     void writeScreenshots(const QString& folder);
     // A message about `path`, on standard error in a scripted run.
     void tellProblem(const QString& path, const QString& problem);

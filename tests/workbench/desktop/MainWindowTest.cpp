@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMdiSubWindow>
 #include <QPushButton>
@@ -23,6 +24,7 @@
 #include "support/TempDir.h"
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/BrushingMode.h"
+#include "workbench/desktop/DataDialogs.h"
 #include "workbench/desktop/MainWindow.h"
 #include "workbench/desktop/VariableDialog.h"
 #include "workbench/documents/GraphJson.h"
@@ -164,6 +166,44 @@ TEST_F(SampleWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     wb::runPanelMacro(replay, macro, recording, printed);
     EXPECT_EQ(wb::stateToJson(replay.analysis())["DrillUps"], drilled);
     EXPECT_EQ(drilled.size(), 3u);
+}
+
+// The panel's Weights and Selection buttons open the workbench's dialogs on the file: taking
+// the weight off and selecting cases change the file the analysis counts; a condition that
+// does not compile is shown and the dialog stays until it does.
+TEST_F(SampleWindow, ThePanelsWeightAndSelectionDialogsChangeTheFile) {
+    wb::AnalysisSession& session = window.session();
+    session.chooseVariables("REGION | AGE");
+    wb::desktop::TemplateDialog* panel = window.frontEnd().windowOf(session.panel());
+    ASSERT_GT(session.file().weightVariable(), 0);
+
+    whenModalOpens([](QWidget& modal) {
+        auto& weights = dynamic_cast<wb::desktop::WeightDialog&>(modal);
+        weights.variables()->setCurrentRow(0); // "(aucune)"
+        weights.accept();
+    });
+    QTest::mouseClick(button(*panel, ButtonWeights), Qt::LeftButton);
+    EXPECT_EQ(session.file().weightVariable(), 0);
+    EXPECT_EQ(session.analysis().NeedsRescan, 1);
+
+    QString refused;
+    whenModalOpens([&refused](QWidget& modal) {
+        auto& selection = dynamic_cast<wb::desktop::SelectionDialog&>(modal);
+        selection.condition()->setText("AGE >");
+        selection.accept();
+        refused = selection.problem();
+        EXPECT_TRUE(selection.isVisible());
+        selection.condition()->setText("AGE > 40");
+        selection.accept();
+    });
+    QTest::mouseClick(button(*panel, ButtonSelection), Qt::LeftButton);
+    EXPECT_FALSE(refused.isEmpty());
+    EXPECT_EQ(session.file().selectionText(), "AGE > 40");
+    int selected = 0;
+    for (int c = 1; c <= session.file().caseCount(); ++c)
+        selected += session.file().isSelected(c) ? 1 : 0;
+    EXPECT_GT(selected, 0);
+    EXPECT_LT(selected, session.file().caseCount());
 }
 
 // The scripted run drives the analysis by a macro through the same panel and writes every
