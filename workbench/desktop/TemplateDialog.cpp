@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QDropEvent>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
@@ -55,6 +56,27 @@ QStringList rowTexts(const ControlState& state) {
         rows << qtext(row);
     return rows;
 }
+
+} // namespace
+
+int ReorderList::dropRow(const QPoint& point) const {
+    const QModelIndex index = indexAt(point);
+    if (!index.isValid())
+        return count();
+    const QRect item = visualRect(index);
+    return index.row() + (point.y() > item.center().y() ? 1 : 0);
+}
+
+void ReorderList::dropEvent(QDropEvent* event) {
+    const int source = currentRow();
+    const int target = dropRow(event->position().toPoint());
+    event->setDropAction(Qt::IgnoreAction);
+    event->accept();
+    if (source >= 0)
+        drop(source, target);
+}
+
+namespace {
 
 void showList(QListWidget& list, const ControlState& state) {
     const QStringList rows = rowTexts(state);
@@ -176,9 +198,16 @@ QWidget* TemplateDialog::makeControl(const DialogControl& control, QWidget* surf
     case DialogControlKind::RealEdit:
         widget = new QLineEdit(surface);
         break;
-    case DialogControlKind::ListBox:
-        widget = new QListWidget(surface);
+    case DialogControlKind::ListBox: {
+        const int id = control.Id;
+        widget = new ReorderList(surface, [this, id](int source, int target) {
+            m_host.dragRow(m_dialog, id, source, target);
+            showState(id);
+            if (m_afterAction)
+                m_afterAction();
+        });
         break;
+    }
     case DialogControlKind::ListView: {
         auto* view = new QTreeWidget(surface);
         view->setRootIsDecorated(false);

@@ -20,6 +20,7 @@
 #include <map>
 #include <vector>
 
+#include <QListWidget>
 #include <QWidget>
 
 #include "drilldown/resources/Dialogs.h"
@@ -27,6 +28,29 @@
 #include "workbench/dialogs/DialogHost.h"
 
 namespace wb::desktop {
+
+// A list box whose rows the user may drag to another place. The widget moves nothing itself:
+// the drop goes to the dialog host, which lets the module reorder its list (or refuses when
+// the module took no drags of it), and the model's rows are shown again.
+class ReorderList : public QListWidget {
+public:
+    using Drop = std::function<void(int source, int target)>;
+    ReorderList(QWidget* parent, Drop drop) : QListWidget(parent), m_drop(std::move(drop)) {
+        setDragDropMode(QAbstractItemView::InternalMove);
+        setDefaultDropAction(Qt::MoveAction);
+    }
+    // The row that a drop at `point` puts the dragged row in front of: below an item's middle
+    // the next row; below the last item, the end.
+    int dropRow(const QPoint& point) const;
+    // Drops row `source` in front of row `target`, as a finished drag does.
+    void drop(int source, int target) { m_drop(source, target); }
+
+protected:
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    Drop m_drop;
+};
 
 class TemplateDialog : public QWidget {
 public:

@@ -130,4 +130,26 @@ TEST_F(TemplateDialogTest, ModelChangesNeverComeBackAsUserActions) {
     owner.ExitDialog(0, 0, 0);
 }
 
+// The user drags a drill-down variable to another place: the module reorders its list, and
+// the widget shows the model's new order. A drop below an item's middle goes after it.
+TEST_F(TemplateDialogTest, DraggingARowReordersTheDrillDownVariables) {
+    openPanel(survey());
+    wb::desktop::TemplateDialog panel(dialogs, window);
+    panel.show();
+    choose({1, 2}, {3, 4});
+    auto* list = dynamic_cast<wb::desktop::ReorderList*>(only<QListWidget>(panel, 9053));
+    ASSERT_NE(list, nullptr);
+    const QRect second = list->visualItemRect(list->item(1));
+    EXPECT_EQ(list->dropRow(second.center() - QPoint(0, 2)), 1);
+    EXPECT_EQ(list->dropRow(second.center() + QPoint(0, 2)), 2);
+
+    clickRow(panel, 9053, 0);
+    list->drop(0, 2);
+    EXPECT_EQ(rows(9053), (std::vector<std::string>{"SEX", "REGION", "AGE", "INCOME"}));
+    QStringList shown;
+    for (int row = 0; row < list->count(); ++row)
+        shown << list->item(row)->text();
+    EXPECT_EQ(shown, (QStringList{"SEX", "REGION", "AGE", "INCOME"}));
+}
+
 } // namespace
