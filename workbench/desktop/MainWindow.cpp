@@ -1,6 +1,8 @@
 #include "workbench/desktop/MainWindow.h"
 
 #include <QApplication>
+#include <QCloseEvent>
+#include <QFileInfo>
 #include <QDir>
 #include <QFileDialog>
 #include <QMdiSubWindow>
@@ -12,6 +14,9 @@
 #include "drilldown/resources/ControlIds.h"
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/DataDialogs.h"
+#include "workbench/documents/TableCsv.h"
+#include "workbench/documents/TableHtml.h"
+#include "workbench/render/GraphRenderer.h"
 #include "workbench/desktop/QtText.h"
 #include "workbench/session/PanelMacro.h"
 #include "workbench/session/WindowLayout.h"
@@ -22,14 +27,20 @@
 namespace wb::desktop {
 
 MainWindow::MainWindow(SessionOptions options)
-    : m_session(m_frontEnd.bundle(nullptr), std::move(options)),
+    : m_settings(options.keywordFile), m_session(m_frontEnd.bundle(nullptr), std::move(options)),
       m_area(new DocumentArea(m_session.documents(), this)) {
     m_frontEnd.attach(m_session);
     m_frontEnd.showDocumentsIn(m_area);
     setCentralWidget(m_area);
     setWindowTitle(QStringLiteral("Drill-Down"));
-    resize(1280, 860);
+    if (!restoreGeometry(m_settings.geometry()))
+        resize(1280, 860);
     buildMenus();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    m_settings.setGeometry(saveGeometry());
+    QMainWindow::closeEvent(event);
 }
 
 MainWindow::~MainWindow() {
@@ -48,6 +59,22 @@ void MainWindow::buildMenus() {
             QStringLiteral("Données (*.csv *.ddf *.sav *.zsav *.por *.dta *.sas7bdat);;Tous (*)"));
         if (!path.isEmpty())
             openFile(path);
+    });
+    QMenu* recent = file->addMenu(QStringLiteral("Fichiers &récents"));
+    connect(recent, &QMenu::aboutToShow, this, [this, recent] { fillRecentFiles(*recent); });
+    file->addAction(QStringLiteral("&Exporter le document actif…"), this, [this] {
+        const int id = m_session.documents().activeDocument();
+        const Document* document = m_session.documents().find(id);
+        if (document == nullptr) {
+            QMessageBox::information(this, windowTitle(), QStringLiteral("Aucun document n'est actif."));
+            return;
+        }
+        const QString path = QFileDialog::getSaveFileName(
+            this, QStringLiteral("Exporter le document"), qtext(document->name()),
+            document->isTable() ? QStringLiteral("CSV (*.csv);;HTML (*.html)")
+                                : QStringLiteral("SVG (*.svg);;PNG (*.png)"));
+        if (!path.isEmpty())
+            exportDocument(id, path);
     });
     file->addSeparator();
     file->addAction(QStringLiteral("&Quitter"), QKeySequence::Quit, this, &QWidget::close);
@@ -95,6 +122,8 @@ void MainWindow::buildMenus() {
     QMenu* window = menuBar()->addMenu(QStringLiteral("Fe&nêtre"));
     window->addAction(QStringLiteral("&Mosaïque"), m_area, &QMdiArea::tileSubWindows);
     window->addAction(QStringLiteral("&Cascade"), m_area, &QMdiArea::cascadeSubWindows);
+    QMenu* windows = window->addMenu(QStringLiteral("&Liste des fenêtres"));
+    connect(windows, &QMenu::aboutToShow, this, [this, windows] { fillWindowList(*windows); });
     window->addSeparator();
     const QString layouts = QStringLiteral("Disposition (*.ddl);;Tous (*)");
     window->addAction(QStringLiteral("&Enregistrer la disposition…"), this, [this, layouts] {
@@ -202,6 +231,52 @@ bool MainWindow::restoreLayout(const QString& path) {
     }
 }
 
+void MainWindow::fillRecentFiles(QMenu& menu) {
+    menu.clear();
+    for (const QString& path : m_settings.recentFiles())
+        menu.addAction(path, this, [this, path] { openFile(path); });
+    if (menu.isEmpty())
+        menu.addAction(QStringLiteral("(aucun)"))->setEnabled(false);
+}
+
+void MainWindow::fillWindowList(QMenu& menu) {
+    menu.clear();
+    for (QMdiSubWindow* window : m_area->subWindowList()) {
+        QAction* action = menu.addAction(window->windowTitle(), this,
+                                         [this, window] { m_area->setActiveSubWindow(window); });
+        action->setCheckable(true);
+        action->setChecked(window == m_area->activeSubWindow());
+    }
+    if (menu.isEmpty())
+        menu.addAction(QStringLiteral("(aucune)"))->setEnabled(false);
+}
+
+bool MainWindow::exportDocument(int id, const QString& path) {
+    const Document* document = m_session.documents().find(id);
+    const QString extension = QFileInfo(path).suffix().toLower();
+    std::string content;
+    if (document != nullptr && document->isTable() && extension == "csv")
+        content = tableCsv(document->table());
+    else if (document != nullptr && document->isTable() && extension == "html")
+        content = htmlPage(document->table().title, tableHtml(document->table()));
+    else if (document != nullptr && document->isGraph() && extension == "svg")
+        content = graphSvg(document->graph());
+    else if (document != nullptr && document->isGraph() && extension == "png")
+        content = graphPng(document->graph());
+    else {
+        tellProblem(path, document == nullptr
+                              ? QStringLiteral("aucun document n'est actif")
+                              : QStringLiteral("ce document ne s'exporte pas en ") + extension);
+        return false;
+    }
+    std::ofstream output(path.toStdString(), std::ios::binary);
+    if (!(output << content) || !output.flush()) {
+        tellProblem(path, QStringLiteral("le fichier ne peut pas être écrit"));
+        return false;
+    }
+    return true;
+}
+
 bool MainWindow::openFile(const QString& path) {
     try {
         m_session.open(loadDataFile(path.toStdString()));
@@ -209,6 +284,7 @@ bool MainWindow::openFile(const QString& path) {
         QMessageBox::warning(this, windowTitle(), qtext(error.what()));
         return false;
     }
+    m_settings.addRecentFile(path);
     m_fileOpen = true;
     setWindowTitle(QStringLiteral("Drill-Down – ") + path);
     return true;

@@ -2,11 +2,12 @@
 // The desktop's main window: the session's documents in a window area, the module's dialogs
 // as windows of their own, and the menus that reach them.
 //
-//   File      Open a data file (any file the workbench reads), Quit
+//   File      Open a data file (any file the workbench reads), the recent files, export the
+//             active document (a table as CSV or HTML, a graph as SVG or PNG), Quit
 //   Data      the case weight and the selection condition of the open file
 //   Analysis  Drill-down: a new analysis on the open file; its panel opens
 //   Tools     Run a macro on the open analysis; record what the user does as a macro
-//   Window    Tile, Cascade; save the layout of the stand-alone result windows to a file,
+//   Window    Tile, Cascade, the list of windows; save the layout of the stand-alone result windows to a file,
 //             and restore one (the windows come back with the current subset)
 //
 // The window owns the front end and the session; it ends the analysis, and lets its dialog
@@ -15,6 +16,7 @@
 #include <QMainWindow>
 
 #include "workbench/desktop/DesktopFrontEnd.h"
+#include "workbench/desktop/DesktopSettings.h"
 #include "workbench/desktop/DocumentArea.h"
 #include "workbench/session/AnalysisSession.h"
 #include "workbench/session/MacroRecorder.h"
@@ -38,6 +40,11 @@ public:
     // macro's exit status: 0, or 1 with the reason on standard error.
     int runScript(const QString& macro, const QString& screenshots);
 
+    // Writes document `id` to `path` in the format its extension names (.csv or .html for a
+    // table, .svg or .png for a graph); a message and false when it cannot.
+    bool exportDocument(int id, const QString& path);
+    const DesktopSettings& settings() const { return m_settings; }
+
     // The layout of the analysis's stand-alone result windows, written to or read from a
     // text file. A message names the file and the problem when it fails; false then.
     bool saveLayout(const QString& path);
@@ -58,6 +65,9 @@ public:
 
 private:
     void buildMenus();
+    void fillRecentFiles(QMenu& menu);
+    void fillWindowList(QMenu& menu);
+    void closeEvent(QCloseEvent* event) override;
     // Whether the Data menu may change the file now; tells the user why not.
     bool dataMenuOpen();
     void writeScreenshots(const QString& folder);
@@ -65,6 +75,7 @@ private:
     void tellProblem(const QString& path, const QString& problem);
 
     DesktopFrontEnd m_frontEnd{this};
+    DesktopSettings m_settings;
     AnalysisSession m_session;
     MacroRecorder m_recorder{m_session};
     DocumentArea* m_area;

@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <QTreeWidget>
 
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -204,6 +205,57 @@ TEST_F(SampleWindow, ThePanelsWeightAndSelectionDialogsChangeTheFile) {
         selected += session.file().isSelected(c) ? 1 : 0;
     EXPECT_GT(selected, 0);
     EXPECT_LT(selected, session.file().caseCount());
+}
+
+// The active document exported in each format its kind takes; a format it does not take
+// is refused with a message.
+TEST_F(SampleWindow, TheActiveDocumentIsExportedInTheFormatItsNameAsks) {
+    wb::AnalysisSession& session = window.session();
+    session.chooseVariables("REGION SEX | AGE");
+    ASSERT_TRUE(window.frontEnd().windowOf(session.panel()) != nullptr);
+    ASSERT_TRUE(session.dialogs().click(session.panel(), ButtonFrequencies));
+    ASSERT_TRUE(session.dialogs().click(session.panel(), ButtonHistograms));
+    const int table = session.documents().documents().front().id;
+    const int graph = session.documents().documents().back().id;
+    const struct {
+        int id;
+        const char* file;
+        const char* begins;
+    } cases[] = {
+        {table, "t.csv", ",Effectif"}, {table, "t.html", "<!DOCTYPE html>"},
+        {graph, "g.svg", "<?xml"},    {graph, "g.png", "\x89PNG"},
+        {graph, "g.csv", nullptr},    {0, "none.csv", nullptr},
+    };
+    window.frontEnd().setScripted(true); // refusals go to standard error
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file);
+        const std::string path = dir.path(c.file);
+        EXPECT_EQ(window.exportDocument(c.id, QString::fromStdString(path)), c.begins != nullptr);
+        if (c.begins != nullptr) {
+            std::ifstream written(path, std::ios::binary);
+            std::string start(std::strlen(c.begins), '\0');
+            written.read(start.data(), static_cast<std::streamsize>(start.size()));
+            EXPECT_EQ(start, c.begins);
+        }
+    }
+}
+
+// The recent files and the window's geometry outlast the window, beside the keyword file.
+TEST(MainWindow, RecentFilesAndGeometryAreKeptBesideTheKeywords) {
+    wb::testing::TempDir dir;
+    wb::SessionOptions options = test::linkedModule(dir.path("out"));
+    options.keywordFile = dir.path("config/settings.json");
+    std::filesystem::create_directories(dir.path("config"));
+    const QString sample = DD_SOURCE_DIR "/examples/sample.csv";
+    {
+        wb::desktop::MainWindow window(options);
+        window.setGeometry(40, 50, 900, 700);
+        ASSERT_TRUE(window.openFile(sample));
+        window.close();
+    }
+    wb::desktop::MainWindow again(options);
+    EXPECT_EQ(again.settings().recentFiles(), QStringList{sample});
+    EXPECT_EQ(again.size(), QSize(900, 700));
 }
 
 // The scripted run drives the analysis by a macro through the same panel and writes every
