@@ -56,29 +56,6 @@ std::string twoDigits(long value) {
     return std::string{char('0' + value / 10), char('0' + value % 10)};
 }
 
-// A value of a Date or Time variable in the loader's text form, or empty when it has none
-// that reads back as the same value.
-std::string dateOrTimeText(DisplayFormat format, double value) {
-    if (value != std::floor(value))
-        return {};
-    if (format == DisplayFormat::Time) {
-        if (value < 0 || value >= 86400)
-            return {};
-        const long seconds = long(value);
-        return twoDigits(seconds / 3600) + ":" + twoDigits(seconds / 60 % 60) + ":" +
-               twoDigits(seconds % 60);
-    }
-    // Years 0 to 9999 lie within a few million days of the epoch.
-    if (std::abs(value) > 1e7)
-        return {};
-    const std::chrono::year_month_day date{ModelEpoch + std::chrono::days(long(value))};
-    const int year = int(date.year());
-    if (year < 0 || year > 9999)
-        return {};
-    const std::string digits = std::to_string(year);
-    return std::string(4 - digits.size(), '0') + digits + "-" +
-           twoDigits(long(unsigned(date.month()))) + "-" + twoDigits(long(unsigned(date.day())));
-}
 
 // A JSON number that reads back as the same double; whole values without a decimal point.
 nlohmann::ordered_json jsonNumber(double value) {
@@ -311,6 +288,29 @@ private:
 };
 
 } // namespace
+
+std::string dateOrTimeText(DisplayFormat format, double value) {
+    if (value != std::floor(value))
+        return {};
+    if (format == DisplayFormat::Time) {
+        if (value < 0 || value >= 86400)
+            return {};
+        const long seconds = long(value);
+        return twoDigits(seconds / 3600) + ":" + twoDigits(seconds / 60 % 60) + ":" +
+               twoDigits(seconds % 60);
+    }
+    // Years 0 to 9999 lie within a few million days of the epoch.
+    if (std::abs(value) > 1e7)
+        return {};
+    const std::chrono::year_month_day date{ModelEpoch + std::chrono::days(long(value))};
+    const int year = int(date.year());
+    if (year < 0 || year > 9999)
+        return {};
+    const std::string digits = std::to_string(year);
+    return std::string(4 - digits.size(), '0') + digits + "-" +
+           twoDigits(long(unsigned(date.month()))) + "-" + twoDigits(long(unsigned(date.day())));
+}
+
 
 void exportCsv(const DataFile& file, const std::string& csvPath) {
     Exporter(file, csvPath).run();

@@ -25,6 +25,10 @@
 
 namespace wb {
 
+// A value of a Date or Time variable in the loader's text form (YYYY-MM-DD, HH:MM:SS), or
+// empty when it has none that reads back as the same value.
+std::string dateOrTimeText(DisplayFormat format, double value);
+
 // Writes `csvPath` and `csvPath` + ".dict.json", replacing files of those names. Throws
 // DataError "PATH: message" for a file the CSV form cannot hold (no variables, a name that
 // is empty or given twice, a value or missing code that is not a finite number, text that

@@ -14,6 +14,7 @@
 #include "drilldown/resources/ControlIds.h"
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/DataDialogs.h"
+#include "workbench/desktop/DataView.h"
 #include "workbench/documents/TableCsv.h"
 #include "workbench/documents/TableHtml.h"
 #include "workbench/render/GraphRenderer.h"
@@ -80,6 +81,7 @@ void MainWindow::buildMenus() {
     file->addAction(QStringLiteral("&Quitter"), QKeySequence::Quit, this, &QWidget::close);
 
     QMenu* data = menuBar()->addMenu(QStringLiteral("&Données"));
+    data->addAction(QStringLiteral("&Afficher les données"), this, &MainWindow::showData);
     data->addAction(QStringLiteral("&Pondération…"), this, [this] {
         if (dataMenuOpen()) {
             WeightDialog dialog(m_session, this);
@@ -138,6 +140,20 @@ void MainWindow::buildMenus() {
         if (!path.isEmpty())
             restoreLayout(path);
     });
+}
+
+void MainWindow::showData() {
+    if (!m_fileOpen) {
+        QMessageBox::information(this, windowTitle(), QStringLiteral("Ouvrez d'abord un fichier de données."));
+        return;
+    }
+    if (m_dataView == nullptr) {
+        m_dataView = new DataView(m_session.file());
+        m_area->addSubWindow(m_dataView)->resize(760, 480);
+    }
+    m_dataView->model().refresh();
+    m_dataView->parentWidget()->show();
+    m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(m_dataView->parentWidget()));
 }
 
 // The file's weight and selection belong to the analysis while its panel is open: the
@@ -286,6 +302,8 @@ bool MainWindow::openFile(const QString& path) {
     }
     m_settings.addRecentFile(path);
     m_fileOpen = true;
+    if (m_dataView != nullptr)
+        m_dataView->model().refresh();
     setWindowTitle(QStringLiteral("Drill-Down – ") + path);
     return true;
 }

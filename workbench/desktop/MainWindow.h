@@ -4,7 +4,7 @@
 //
 //   File      Open a data file (any file the workbench reads), the recent files, export the
 //             active document (a table as CSV or HTML, a graph as SVG or PNG), Quit
-//   Data      the case weight and the selection condition of the open file
+//   Data      the cases of the open file in a window; its case weight and selection
 //   Analysis  Drill-down: a new analysis on the open file; its panel opens
 //   Tools     Run a macro on the open analysis; record what the user does as a macro
 //   Window    Tile, Cascade, the list of windows; save the layout of the stand-alone result windows to a file,
@@ -14,8 +14,10 @@
 // windows go, before either goes.
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include "workbench/desktop/DesktopFrontEnd.h"
+#include "workbench/desktop/DataView.h"
 #include "workbench/desktop/DesktopSettings.h"
 #include "workbench/desktop/DocumentArea.h"
 #include "workbench/session/AnalysisSession.h"
@@ -58,6 +60,9 @@ public:
     void startRecording();
     bool stopRecording(const QString& path);
     bool recording() const { return m_recorder.recording(); }
+    // The window of the open file's cases, made on first use; null before.
+    void showData();
+    DataView* dataView() const { return m_dataView.data(); }
 
     AnalysisSession& session() { return m_session; }
     DesktopFrontEnd& frontEnd() { return m_frontEnd; }
@@ -80,6 +85,7 @@ private:
     MacroRecorder m_recorder{m_session};
     DocumentArea* m_area;
     bool m_fileOpen = false;
+    QPointer<DataView> m_dataView; // a window of the area, which owns it
 };
 
 } // namespace wb::desktop

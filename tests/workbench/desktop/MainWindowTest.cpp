@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
@@ -26,6 +27,7 @@
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/desktop/BrushingMode.h"
 #include "workbench/desktop/DataDialogs.h"
+#include "workbench/desktop/DataView.h"
 #include "workbench/desktop/MainWindow.h"
 #include "workbench/desktop/VariableDialog.h"
 #include "workbench/documents/GraphJson.h"
@@ -256,6 +258,33 @@ TEST(MainWindow, RecentFilesAndGeometryAreKeptBesideTheKeywords) {
     wb::desktop::MainWindow again(options);
     EXPECT_EQ(again.settings().recentFiles(), QStringList{sample});
     EXPECT_EQ(again.size(), QSize(900, 700));
+}
+
+// The data view shows each case's values: a label or its code as the user asks, a missing
+// value marked, a case that the selection leaves out in grey.
+TEST_F(SampleWindow, TheDataViewShowsLabelsOrCodesAndMarksMissingValues) {
+    window.showData();
+    ASSERT_NE(window.dataView(), nullptr);
+    wb::desktop::DataModel& model = window.dataView()->model();
+    const wb::DataFile& file = window.session().file();
+    ASSERT_EQ(model.rowCount(), file.caseCount());
+    const int region = file.findVariable("REGION"), age = file.findVariable("AGE");
+    const auto shown = [&](int caseNo, int var, int role = Qt::DisplayRole) {
+        return model.data(model.index(caseNo - 1, var - 1), role);
+    };
+    const double code = file.value(1, region);
+    EXPECT_EQ(shown(1, region).toString().toStdString(), file.variable(region).labels.at(code));
+    window.dataView()->labelsBox()->setChecked(false);
+    EXPECT_EQ(shown(1, region).toString(), QString::number(code));
+    int missing = 1;
+    while (missing <= file.caseCount() && !file.isMissing(age, file.value(missing, age)))
+        ++missing;
+    ASSERT_LE(missing, file.caseCount());
+    EXPECT_EQ(shown(missing, age).toString(), "·");
+    EXPECT_TRUE(shown(missing, age, Qt::BackgroundRole).isValid());
+
+    window.session().changeFile([](wb::DataFile& data) { data.setSelection("AGE > 200"); });
+    EXPECT_TRUE(shown(1, region, Qt::ForegroundRole).isValid()) << "left out: grey";
 }
 
 // The scripted run drives the analysis by a macro through the same panel and writes every
