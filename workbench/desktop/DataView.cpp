@@ -42,14 +42,15 @@ QVariant DataModel::data(const QModelIndex& index, int role) const {
         return {};
     const double value = m_file.value(caseNo, var);
     const bool missing = m_file.isMissing(var, value);
+    const Variable& variable = m_file.variable(var);
+    const auto label = m_labels ? variable.labels.find(value) : variable.labels.end();
+    const bool labelled = !missing && label != variable.labels.end();
     switch (role) {
     case Qt::DisplayRole: {
         if (missing)
             return QStringLiteral("·");
-        const Variable& variable = m_file.variable(var);
-        if (m_labels)
-            if (const auto label = variable.labels.find(value); label != variable.labels.end())
-                return qtext(label->second);
+        if (labelled)
+            return qtext(label->second);
         if (variable.format != DisplayFormat::Plain)
             if (const std::string text = dateOrTimeText(variable.format, value); !text.empty())
                 return qtext(text);
@@ -59,8 +60,8 @@ QVariant DataModel::data(const QModelIndex& index, int role) const {
         return missing ? QVariant(QBrush(MissingBackground)) : QVariant();
     case Qt::ForegroundRole:
         return m_file.isSelected(caseNo) ? QVariant() : QVariant(QBrush(LeftOutText));
-    case Qt::TextAlignmentRole:
-        return int(Qt::AlignRight | Qt::AlignVCenter);
+    case Qt::TextAlignmentRole: // labels read from the left, numbers line up on the right
+        return int((labelled ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     default:
         return {};
     }
