@@ -18,6 +18,7 @@
 #include <string>
 
 #include "drilldown/resources/Caption.h"
+#include "workbench/desktop/CaptionIcons.h"
 #include "workbench/desktop/QtText.h"
 
 namespace wb::desktop {
@@ -170,6 +171,7 @@ QWidget* TemplateDialog::makeControl(const DialogControl& control, QWidget* surf
     case DialogControlKind::DefaultButton: {
         auto* button = new QPushButton(surface);
         button->setDefault(control.Kind == DialogControlKind::DefaultButton);
+        button->setIcon(captionIcon(ParseCaption(control.Caption), *button->style()));
         widget = button;
         break;
     }
@@ -281,9 +283,16 @@ void TemplateDialog::showState(QWidget* widget, const DialogControl& control,
     if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
         const QString text = buttonText(state.text, control.Caption);
         auto* push = qobject_cast<QPushButton*>(button);
-        button->setText(push != nullptr && control.HasStyle(ControlStyle::MultiLine)
-                            ? wrapped(text, *push)
-                            : text);
+        if (!button->icon().isNull() && state.text.size() == 1) {
+            // A button of one letter and an icon is too narrow for both: the icon shows, the
+            // letter stays its key.
+            button->setText({});
+            button->setShortcut(QKeySequence(QStringLiteral("Alt+") + qtext(state.text)));
+        } else {
+            button->setText(push != nullptr && control.HasStyle(ControlStyle::MultiLine)
+                                ? wrapped(text, *push)
+                                : text);
+        }
         button->setChecked(state.checked);
     } else if (auto* label = qobject_cast<QLabel*>(widget)) {
         label->setText(qtext(state.text));
