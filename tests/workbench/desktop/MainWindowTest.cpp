@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMdiSubWindow>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -285,6 +286,33 @@ TEST_F(SampleWindow, TheDataViewShowsLabelsOrCodesAndMarksMissingValues) {
 
     window.session().changeFile([](wb::DataFile& data) { data.setSelection("AGE > 200"); });
     EXPECT_TRUE(shown(1, region, Qt::ForegroundRole).isValid()) << "left out: grey";
+}
+
+// Cancel in the progress dialog breaks the scan off; a scan of the chosen variables broken
+// off keeps no half-counted records.
+TEST(MainWindow, CancelDuringTheScanBreaksItOff) {
+    wb::testing::TempDir dir;
+    wb::desktop::MainWindow window(test::linkedModule(dir.path("out")));
+    std::vector<std::vector<double>> cases;
+    for (int c = 0; c < 20000; ++c)
+        cases.push_back({double(c % 3 + 1), double(c)});
+    wb::AnalysisSession& session = window.session();
+    session.open(test::makeFile({{"A"}, {"X"}}, cases));
+    session.startAnalysis();
+    bool cancelled = false;
+    QTimer::singleShot(0, [&] {
+        if (auto* progress = window.findChild<QProgressDialog*>()) {
+            progress->cancel();
+            cancelled = true;
+        }
+    });
+    try {
+        session.chooseVariables("A | X");
+    } catch (const wb::DrillError&) {
+        // the panel may report the choice as not taken
+    }
+    EXPECT_TRUE(cancelled);
+    EXPECT_EQ(session.analysis().GetDrillDownsSize(), 0);
 }
 
 // The scripted run drives the analysis by a macro through the same panel and writes every
