@@ -57,6 +57,9 @@ QColor textOn(const QColor& fill) {
     return fill.lightnessF() > 0.6 ? Ink : QColor(Qt::white);
 }
 
+// How far above the tallest bar a count axis may run before the picture fits it.
+constexpr double FittedHeadroom = 1.25;
+
 bool axisSet(const GraphAxis& axis) {
     return std::isfinite(axis.min) && std::isfinite(axis.max) && axis.min < axis.max;
 }
@@ -323,7 +326,17 @@ void GraphPainter::drawBars(const QRectF& area) {
         if (!(yHi > yLo))
             yHi = yLo + 1;
     }
-    const std::vector<AxisLabel> yTicks = axisTicks(m_graph.yAxis, yLo, yHi, 5);
+    // The module tops a count axis with the neat number above the tallest bar, which can
+    // leave half the picture empty (500 for 271): the picture fits the axis to the bars,
+    // with neat ticks of its own. The document keeps the module's axis.
+    GraphAxis countAxis = m_graph.yAxis;
+    if (m_graph.type == GraphType::Histogram && yMax > 0 && yLo == 0 && yHi > FittedHeadroom * yMax) {
+        const double step = neatScale(0, yMax, 5).step;
+        yHi = std::ceil(yMax * 1.05 / step) * step;
+        countAxis.labels.clear();
+        countAxis.step = step;
+    }
+    const std::vector<AxisLabel> yTicks = axisTicks(countAxis, yLo, yHi, 5);
 
     const QFont tickFont = font(12);
     const QFontMetricsF tickMetrics(tickFont);

@@ -83,6 +83,21 @@ TEST_F(GraphRendererTest, HistogramSvgHoldsTitlesAndOneShapePerBar) {
     EXPECT_TRUE(contains(texts, "Bretagne")) << "a short label stays whole";
 }
 
+// A count axis that the module tops far above the tallest bar (500 for 187) is drawn fitted
+// to the bars; one that fits already keeps the module's labels (the test above).
+TEST_F(GraphRendererTest, ACountAxisFarAboveTheBarsIsFittedToThem) {
+    wb::GraphDocument graph = made(wb::testing::sendSampleHistogram(output, tokens));
+    graph.yAxis.max = 500;
+    graph.yAxis.labels.clear();
+    for (int k = 0; k <= 10; ++k)
+        graph.yAxis.labels.push_back({50.0 * k, std::to_string(50 * k)});
+    const std::vector<std::string> texts = drawnTexts(wb::graphSvg(graph));
+    EXPECT_TRUE(contains(texts, "150"));
+    EXPECT_TRUE(contains(texts, "200")) << "the first neat tick above the tallest bar, 187";
+    for (const char* beyond : {"250", "300", "500"})
+        EXPECT_FALSE(contains(texts, beyond)) << beyond;
+}
+
 TEST_F(GraphRendererTest, EveryKindDrawsItsShapes) {
     const auto bars3D = [](const wb::GraphDocument& graph) {
         std::size_t bars = 0;
