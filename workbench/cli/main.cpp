@@ -1,8 +1,11 @@
 // drilldown: the workbench's command line.
 
+#include <algorithm>
 #include <array>
 #include <iostream>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "workbench/cli/Commands.h"
 #include "workbench/data/DataFile.h"
@@ -67,6 +70,43 @@ const Command* findCommand(std::string_view name) {
     return nullptr;
 }
 
+// Edits (insertions, deletions, substitutions) that turn one word into the other.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    for (std::size_t j = 0; j <= b.size(); ++j)
+        row[j] = j;
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const std::size_t above = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (a[i - 1] != b[j - 1])});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+// " (did you mean \"dump\"?)" for a command name two edits away or less; empty otherwise.
+std::string suggestion(std::string_view name) {
+    for (const Command& command : Commands)
+        if (editDistance(name, command.name) <= 2)
+            return " (did you mean \"" + std::string(command.name) + "\"?)";
+    return {};
+}
+
+void printCommandUsage(std::ostream& out, const Command& command) {
+    out << "usage: drilldown " << command.name << ' ' << command.arguments << "\n\n"
+        << command.summary << '\n';
+}
+
+bool asksForHelp(int argc, char** argv) {
+    for (int i = 2; i < argc; ++i)
+        if (std::string_view(argv[i]) == "--help" || std::string_view(argv[i]) == "-h")
+            return true;
+    return false;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -79,11 +119,19 @@ int main(int argc, char** argv) {
         printUsage(std::cout);
         return ExitSuccess;
     }
+    if (name == "--version") {
+        std::cout << "drilldown " << DD_VERSION << '\n';
+        return ExitSuccess;
+    }
     const Command* command = findCommand(name);
     if (command == nullptr) {
-        std::cerr << "drilldown: unknown command \"" << name << "\"\n";
+        std::cerr << "drilldown: unknown command \"" << name << "\"" << suggestion(name) << "\n";
         printUsage(std::cerr);
         return ExitUsage;
+    }
+    if (asksForHelp(argc, argv)) {
+        printCommandUsage(std::cout, *command);
+        return ExitSuccess;
     }
     try {
         return command->run(Arguments(argv + 2, argv + argc));

@@ -134,6 +134,10 @@ TEST_F(MacroCommand, WrongCommandLines) {
         {"run data.csv", 2, "give the data file and the macro"},
         {"run /nonexistent.csv /nonexistent.ddm", 1, "/nonexistent.ddm: cannot be read"},
         {"demo extra", 2, "demo takes only --out DIR"},
+        {"--version", 0, "drilldown 0."},
+        {"run --help", 0, "usage: drilldown run FILE MACRO"},
+        {"dump data.csv -h", 0, "usage: drilldown dump FILE"},
+        {"dumb", 2, "unknown command \"dumb\" (did you mean \"dump\"?)"},
         {"run " DD_SOURCE_DIR "/examples/sample.csv " DD_SOURCE_DIR
          "/examples/tour.ddm --layout " DD_SOURCE_DIR "/examples/tour.ddm",
          1, "tour.ddm: not a window layout: character 1 is no upper-case hexadecimal digit"},
@@ -141,7 +145,8 @@ TEST_F(MacroCommand, WrongCommandLines) {
     for (const auto& c : cases) {
         const CliRun result = runCli(c.arguments);
         EXPECT_EQ(result.status, c.status) << c.arguments;
-        EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+        const std::string& shown = c.status == 0 ? result.out : result.err;
+        EXPECT_NE(shown.find(c.message), std::string::npos) << shown;
     }
 }
 
