@@ -85,14 +85,22 @@ int categoryRow(const std::string& category, const std::vector<std::string>& row
                     (offered.empty() ? std::string("none") : offered));
 }
 
+// The text without the blanks around it: "REGION = Bretagne" reads as "REGION=Bretagne".
+std::string withoutOuterBlanks(const std::string& text) {
+    const auto first = text.find_first_not_of(" \t");
+    return first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
 void applyDrill(const std::string& step, AnalysisSession& session) {
     const auto equals = step.find('=');
     if (equals == std::string::npos)
         throw UsageError("--drill takes VARIABLE=CATEGORY, not \"" + step + "\"");
-    const short variable = parseVariable(step.substr(0, equals), session.file());
+    const short variable = parseVariable(withoutOuterBlanks(step.substr(0, equals)), session.file());
     try {
         const std::vector<std::string> rows = session.categoryRows(variable);
-        session.drillDown(variable, categoryRow(step.substr(equals + 1), rows, step));
+        session.drillDown(variable,
+                          categoryRow(withoutOuterBlanks(step.substr(equals + 1)), rows, step));
     } catch (const DrillError& error) {
         throw DataError("--drill " + step + ": " + error.what());
     }

@@ -32,7 +32,8 @@ protected:
     wb::testing::TempDir dir;
 };
 
-// The same two drill steps taken by a macro and by drilldown dump leave the same state.
+// The same two drill steps taken by a macro and by drilldown dump leave the same state (the
+// blanks around "=" in --drill do not matter).
 TEST_F(MacroCommand, MacroDrillsAsTheProgramDoes) {
     const CliRun macro = run("Variables = \"REGION SEX | AGE\"\n"
                              "DrillDownVariable = \"sex\"\n"
@@ -44,7 +45,7 @@ TEST_F(MacroCommand, MacroDrillsAsTheProgramDoes) {
                              "Dump\n");
     ASSERT_EQ(macro.status, 0) << macro.err;
     const CliRun dump = runCli("dump " + Sample +
-                               " --down 'REGION SEX | AGE' --drill SEX=@1 --drill REGION=Bretagne");
+                               " --down 'REGION SEX | AGE' --drill 'SEX = @1' --drill REGION=Bretagne");
     ASSERT_EQ(dump.status, 0) << dump.err;
     const auto state = nlohmann::json::parse(macro.out);
     EXPECT_EQ(state, nlohmann::json::parse(dump.out));
