@@ -191,6 +191,16 @@ HRESULT AutomationRuntime::PrepareInvoke(REFIID iid, DISPID id, WORD flags,
     return S_OK;
 }
 
+std::vector<std::string> AutomationRuntime::memberNames() const {
+    std::lock_guard lock(m_mutex);
+    std::vector<std::string> names;
+    for (const IID& iid : m_registry.interfaceIds())
+        if (const RegisteredInterface* face = m_registry.findInterface(iid))
+            for (const RegisteredMember& member : face->members)
+                names.push_back(member.name);
+    return names;
+}
+
 std::vector<IID> AutomationRuntime::registeredInterfaces() const {
     std::lock_guard lock(m_mutex);
     return m_registry.interfaceIds();

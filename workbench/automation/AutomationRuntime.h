@@ -47,6 +47,8 @@ public:
     HRESULT PrepareInvoke(REFIID iid, DISPID id, WORD flags, const DISPPARAMS* params,
                           DispatchCall* call, UINT* argErr) override;
 
+    // The names of the members of every registered interface, for suggestions.
+    std::vector<std::string> memberNames() const;
     // The interfaces of all registered libraries.
     std::vector<IID> registeredInterfaces() const;
     // A copy of a registered library; false when there is none.

@@ -1,6 +1,6 @@
 #include "workbench/automation/Dispatcher.h"
 
-#include <cstdio>
+#include "workbench/text/Spelling.h"
 
 namespace wb {
 
@@ -11,7 +11,8 @@ const char* meaningOf(HRESULT result) {
     case DISP_E_UNKNOWNNAME:
         return "unknown name";
     case DISP_E_MEMBERNOTFOUND:
-        return "no such member for this kind of call";
+        return "the member cannot be used so (a property written that can only be read, or "
+               "the reverse)";
     case DISP_E_TYPEMISMATCH:
         return "type mismatch";
     case DISP_E_BADPARAMCOUNT:
@@ -27,16 +28,10 @@ const char* meaningOf(HRESULT result) {
     }
 }
 
-std::string meaningWithCode(HRESULT result) {
-    char code[16];
-    std::snprintf(code, sizeof code, "0x%08X", static_cast<unsigned>(result));
-    return std::string(meaningOf(result)) + " (" + code + ")";
-}
-
 std::string messageFor(const std::string& member, HRESULT result, const std::string& description) {
     if (!description.empty())
         return description;
-    return member + ": " + meaningWithCode(result);
+    return member + ": " + meaningOf(result);
 }
 
 // Takes a string out of an EXCEPINFO field, freeing it.
@@ -63,7 +58,7 @@ AutomationError::AutomationError(std::string member, HRESULT result, std::string
       m_result(result), m_description(std::move(description)), m_source(std::move(source)) {}
 
 std::string AutomationError::reason() const {
-    return m_description.empty() ? meaningWithCode(m_result) : m_description;
+    return m_description.empty() ? meaningOf(m_result) : m_description;
 }
 
 DISPID Dispatcher::idOf(IDispatch* object, std::string_view name) {
@@ -73,6 +68,13 @@ DISPID Dispatcher::idOf(IDispatch* object, std::string_view name) {
     LPOLESTR names[] = {text.data()};
     DISPID id = DISPID_UNKNOWN;
     const HRESULT hr = object->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
+    if (hr == DISP_E_UNKNOWNNAME) {
+        const std::string closest = closestWord(text, m_automation.memberNames());
+        throw AutomationError(text, hr,
+                              "no member is named \"" + text + "\"" +
+                                  (closest.empty() ? "" : "; did you mean \"" + closest + "\"?"),
+                              {});
+    }
     if (FAILED(hr))
         throw AutomationError(text, hr, {}, {});
     return id;

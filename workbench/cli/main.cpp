@@ -1,6 +1,5 @@
 // drilldown: the workbench's command line.
 
-#include <algorithm>
 #include <array>
 #include <iostream>
 #include <string>
@@ -9,6 +8,7 @@
 
 #include "workbench/cli/Commands.h"
 #include "workbench/data/DataFile.h"
+#include "workbench/text/Spelling.h"
 
 namespace {
 
@@ -70,29 +70,13 @@ const Command* findCommand(std::string_view name) {
     return nullptr;
 }
 
-// Edits (insertions, deletions, substitutions) that turn one word into the other.
-std::size_t editDistance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t above = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (a[i - 1] != b[j - 1])});
-            diagonal = above;
-        }
-    }
-    return row[b.size()];
-}
-
 // " (did you mean \"dump\"?)" for a command name two edits away or less; empty otherwise.
 std::string suggestion(std::string_view name) {
+    std::vector<std::string> names;
     for (const Command& command : Commands)
-        if (editDistance(name, command.name) <= 2)
-            return " (did you mean \"" + std::string(command.name) + "\"?)";
-    return {};
+        names.emplace_back(command.name);
+    const std::string closest = wb::closestWord(name, names);
+    return closest.empty() ? std::string() : " (did you mean \"" + closest + "\"?)";
 }
 
 void printCommandUsage(std::ostream& out, const Command& command) {

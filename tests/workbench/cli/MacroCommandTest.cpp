@@ -85,7 +85,9 @@ TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
         const char* macro;
         const char* message;
     } cases[] = {
-        {"Variables = \"SEX\"\nNope\n", "test.ddm:2: Nope: unknown name (0x80020006)"},
+        {"Variables = \"SEX\"\nNope\n", "test.ddm:2: Nope: no member is named \"Nope\""},
+        {"DrilDown\n", "test.ddm:1: DrilDown: no member is named \"DrilDown\"; did you mean "
+                       "\"DrillDown\"?"},
         {"Variables = \"SEX | NOPE\"\n",
          "test.ddm:1: Variables = \"SEX | NOPE\": variable list: there is no variable named "
          "\"NOPE\""},
