@@ -12,6 +12,7 @@
 #include "workbench/cli/HeadlessRun.h"
 #include "workbench/data/VariableList.h"
 #include "workbench/session/StateJson.h"
+#include "workbench/text/Spelling.h"
 
 namespace wb::cli {
 
@@ -81,8 +82,10 @@ int categoryRow(const std::string& category, const std::vector<std::string>& row
     std::string offered;
     for (const std::string& row : rows)
         offered += (offered.empty() ? "\"" : ", \"") + row + "\"";
-    throw DataError("--drill " + step + ": no category \"" + category + "\"; the rows are " +
-                    (offered.empty() ? std::string("none") : offered));
+    const std::string closest = closestWord(category, rows);
+    throw DataError("--drill " + step + ": no category \"" + category + "\"" +
+                    (closest.empty() ? "" : " (did you mean \"" + closest + "\"?)") +
+                    "; the rows are " + (offered.empty() ? std::string("none") : offered));
 }
 
 // The text without the blanks around it: "REGION = Bretagne" reads as "REGION=Bretagne".

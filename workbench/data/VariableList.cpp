@@ -4,6 +4,8 @@
 #include <charconv>
 #include <sstream>
 
+#include "workbench/text/Spelling.h"
+
 namespace wb {
 
 namespace {
@@ -50,8 +52,14 @@ short parseVariable(const std::string& item, const DataFile& file) {
         return static_cast<short>(number);
     }
     const int found = file.findVariable(item);
-    if (found == 0)
-        throw DataError("variable list: there is no variable named \"" + item + "\"");
+    if (found == 0) {
+        std::vector<std::string> names;
+        for (int var = 1; var <= file.variableCount(); ++var)
+            names.push_back(file.variable(var).name);
+        const std::string closest = closestWord(item, names);
+        throw DataError("variable list: there is no variable named \"" + item + "\"" +
+                        (closest.empty() ? "" : "; did you mean \"" + closest + "\"?"));
+    }
     return static_cast<short>(found);
 }
 

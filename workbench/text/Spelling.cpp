@@ -68,8 +68,10 @@ std::string closestWord(std::string_view word, const std::vector<std::string>& c
     std::string best;
     std::size_t bestDistance = maxEdits + 1;
     for (const std::string& candidate : candidates) {
+        if (candidate == word)
+            continue;
         const std::size_t d = distance(target, folded(candidate));
-        if (d > 0 && d < bestDistance) {
+        if (d < bestDistance) {
             best = candidate;
             bestDistance = d;
         }

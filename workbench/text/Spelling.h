@@ -14,7 +14,8 @@ namespace wb {
 std::size_t editDistance(std::string_view a, std::string_view b);
 
 // The candidate nearest `word` when it is at most `maxEdits` edits away (the first of equals),
-// or empty. A candidate equal to the word is no suggestion.
+// or empty. A candidate written exactly as the word is no suggestion; one that differs only
+// in case or accents is the best.
 std::string closestWord(std::string_view word, const std::vector<std::string>& candidates,
                         std::size_t maxEdits = 2);
 

@@ -23,6 +23,9 @@ TEST(RunCommands, WrongStepsNameWhatIsWrong) {
         {" --down 'REGION | NOPE'", "no variable named \"NOPE\""},
         {" --down 'REGION' --drill REGION=Nowhere", "no category \"Nowhere\"; the rows are"},
         {" --down 'REGION' --drill AGE=@0", "not among the drill-down variables"},
+        {" --down 'REGOIN'", "no variable named \"REGOIN\"; did you mean \"REGION\"?"},
+        {" --down 'REGION' --drill 'REGION=ile-de-france'",
+         "no category \"ile-de-france\" (did you mean \"Île-de-France\"?)"},
     };
     for (const Case& c : cases) {
         const CliRun run = runCli("dump " + Sample + c.arguments);

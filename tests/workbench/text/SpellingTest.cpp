@@ -13,9 +13,10 @@ TEST(Spelling, NearestWordWithinTwoEdits) {
         const char* suggested;
     } cases[] = {
         {"DrilDown", "DrillDown"}, // one letter missing
-        {"drillup", ""},           // the same word in other case: no suggestion
+        {"drillup", "DrillUp"},    // case only
+        {"DrillUp", ""},           // written exactly so: no suggestion
         {"DrillUpp", "DrillUp"},
-        {"region", ""},            // the same word without its accent
+        {"region", "Région"},      // the accent only
         {"regoin", "Région"},      // two letters swapped: two edits
         {"Variabels", "Variables"},
         {"Summary", ""},           // too far from every word
