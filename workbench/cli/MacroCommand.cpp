@@ -1,6 +1,8 @@
 // drilldown run and drilldown demo: a macro against a new Drill-Down analysis, through the
 // panel's automation object only.
 
+#include <cerrno>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <optional>
@@ -61,7 +63,7 @@ void restoreLayout(AnalysisSession& session, const std::string& path) {
     std::ifstream input(path);
     std::string text;
     if (!input || !std::getline(input, text))
-        throw DataError(path + ": cannot be read");
+        throw DataError(path + ": cannot be read: " + std::strerror(errno));
     try {
         restoreWindowLayout(session, text);
     } catch (const LayoutError& error) {
@@ -88,7 +90,7 @@ void saveLayout(AnalysisSession& session, const std::string& path) {
 int runMacroFile(const MacroOptions& options, std::ostream& out) {
     std::ifstream input(options.macro);
     if (!input)
-        throw DataError(options.macro + ": cannot be read");
+        throw DataError(options.macro + ": cannot be read: " + std::strerror(errno));
     HeadlessRun run(options.setup);
     AnalysisSession& session = run.session();
     MacroRecorder recorder(session);

@@ -135,7 +135,8 @@ TEST_F(MacroCommand, WrongCommandLines) {
     } cases[] = {
         {"run", 2, "give the data file and the macro"},
         {"run data.csv", 2, "give the data file and the macro"},
-        {"run /nonexistent.csv /nonexistent.ddm", 1, "/nonexistent.ddm: cannot be read"},
+        {"run /nonexistent.csv /nonexistent.ddm", 1,
+         "/nonexistent.ddm: cannot be read: No such file or directory"},
         {"demo extra", 2, "demo takes only --out DIR"},
         {"--version", 0, "drilldown 0."},
         {"run --help", 0, "usage: drilldown run FILE MACRO"},
