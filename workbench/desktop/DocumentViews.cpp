@@ -44,7 +44,8 @@ QVariant TableModel::data(const QModelIndex& index, int role) const {
         return {};
     const TableRow& row = shown->rows.at(std::size_t(index.row()));
     return std::size_t(index.column()) < row.cells.size()
-               ? qtext(cellText(row.cells[std::size_t(index.column())], column.format))
+               ? qtext(cellText(row.cells[std::size_t(index.column())], column.format,
+                                m_decimals.at(std::size_t(index.column()))))
                : QString();
 }
 
@@ -60,7 +61,15 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 
 void TableModel::refresh() {
     beginResetModel();
+    countDecimals();
     endResetModel();
+}
+
+void TableModel::countDecimals() {
+    m_decimals.clear();
+    if (const TableDocument* shown = table())
+        for (std::size_t col = 0; col < shown->columns.size(); ++col)
+            m_decimals.push_back(columnDecimals(*shown, col));
 }
 
 TableView::TableView(const DocumentStore& store, int id, QWidget* parent)

@@ -18,7 +18,9 @@ namespace wb::desktop {
 class TableModel : public QAbstractTableModel {
 public:
     TableModel(const DocumentStore& store, int id, QObject* parent = nullptr)
-        : QAbstractTableModel(parent), m_store(store), m_id(id) {}
+        : QAbstractTableModel(parent), m_store(store), m_id(id) {
+        countDecimals();
+    }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -29,9 +31,12 @@ public:
 
 private:
     const TableDocument* table() const;
+    // The decimals each column shows (CellText.h), counted when the table changes.
+    void countDecimals();
 
     const DocumentStore& m_store;
     int m_id;
+    std::vector<int> m_decimals;
 };
 
 // A table document in a window: the subtitle (the subset it describes) above the table.

@@ -1,5 +1,6 @@
 #include "workbench/documents/CellText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -43,6 +44,53 @@ std::string numberText(double value, ColumnFormat format) {
         decimals += -static_cast<int>(std::floor(std::log10(magnitude))) - 1;
     std::string text = printed("%.*f", decimals, value);
     dropTrailingZeros(text);
+    return text;
+}
+
+namespace {
+
+constexpr int SignificantDigits = 4;
+
+bool exponentForm(double magnitude) {
+    return magnitude >= ExponentFrom || (magnitude < ExponentBelow && magnitude != 0.0);
+}
+
+// Decimals for four significant digits, but no more than the value needs to be exact.
+int decimalsNeeded(double value) {
+    const double magnitude = std::fabs(value);
+    if (magnitude == 0.0 || exponentForm(magnitude))
+        return 0;
+    int exact = 0;
+    for (double scaled = magnitude; exact < Decimals; ++exact, scaled *= 10)
+        if (std::fabs(scaled - std::round(scaled)) < 1e-9 * std::max(1.0, scaled))
+            break;
+    const int significant =
+        SignificantDigits - 1 - static_cast<int>(std::floor(std::log10(magnitude)));
+    return std::clamp(std::min(significant, exact), 0, Decimals);
+}
+
+} // namespace
+
+int columnDecimals(const TableDocument& table, std::size_t column) {
+    if (column >= table.columns.size() || table.columns[column].format == ColumnFormat::Whole)
+        return 0;
+    int decimals = 0;
+    for (const TableRow& row : table.rows)
+        if (column < row.cells.size())
+            if (const auto* number = std::get_if<double>(&row.cells[column]);
+                number != nullptr && std::isfinite(*number))
+                decimals = std::max(decimals, decimalsNeeded(*number));
+    return decimals;
+}
+
+std::string cellText(const TableCell& cell, ColumnFormat format, int decimals) {
+    const auto* number = std::get_if<double>(&cell);
+    if (number == nullptr || format == ColumnFormat::Whole || !std::isfinite(*number) ||
+        exponentForm(std::fabs(*number)))
+        return cellText(cell, format);
+    std::string text = printed("%.*f", decimals, *number);
+    if (text.find_first_not_of("-0.") == std::string::npos && text.front() == '-')
+        text.erase(0, 1); // never "-0.00"
     return text;
 }
 

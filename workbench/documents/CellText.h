@@ -1,6 +1,12 @@
 #pragma once
-// How a table shows its cells, the same in every renderer.
+// How a table shows its cells, the same in every renderer that a person reads.
 //
+// On screen and in pages, the real numbers of a column all show the same number of decimals,
+// so that their decimal points line up: as many as the column's values need for four
+// significant digits, but no more than a value needs to be exact, at most six (22.172752 and
+// 1362.652 in one column show as 22.17 and 1362.65; 2.5 and 12 as 2.5 and 12.0).
+//
+// numberText, for files that programs read (CSV):
 // Whole numbers: rounded to the nearest integer, no decimal point.
 // Real numbers: six decimals, more below 1 so that six significant digits remain, then
 // trailing zeros and a bare point dropped: 2.5, 1362.652, 33.333333, 0.000125.
@@ -17,5 +23,12 @@ namespace wb {
 std::string numberText(double value, ColumnFormat format);
 // Empty for an empty cell, the text of a text cell, numberText of a number.
 std::string cellText(const TableCell& cell, ColumnFormat format);
+
+// The decimals of the real numbers of column `column`, by the rule above; 0 for a whole
+// column.
+int columnDecimals(const TableDocument& table, std::size_t column);
+// A cell as a person reads it: a real number with `decimals` decimals (the exponent form as
+// numberText for huge and tiny values), anything else as cellText.
+std::string cellText(const TableCell& cell, ColumnFormat format, int decimals);
 
 } // namespace wb

@@ -40,13 +40,13 @@ void appendHeadingRow(std::string& html, const TableDocument& table, bool second
     html += "</tr>\n";
 }
 
-void appendCell(std::string& html, const TableCell& cell, ColumnFormat format) {
+void appendCell(std::string& html, const TableCell& cell, ColumnFormat format, int decimals) {
     if (std::holds_alternative<std::monostate>(cell)) {
         html += "<td></td>";
         return;
     }
     html += std::holds_alternative<double>(cell) ? "<td class=\"num\">" : "<td class=\"text\">";
-    html += htmlText(cellText(cell, format));
+    html += htmlText(cellText(cell, format, decimals));
     html += "</td>";
 }
 
@@ -78,12 +78,15 @@ std::string tableHtml(const TableDocument& table) {
                     [](const TableColumn& column) { return !column.head2.empty(); }))
         appendHeadingRow(html, table, true);
     html += "</thead>\n<tbody>\n";
+    std::vector<int> decimals;
+    for (std::size_t col = 0; col < table.columns.size(); ++col)
+        decimals.push_back(columnDecimals(table, col));
     for (const TableRow& row : table.rows) {
         html += "<tr><th scope=\"row\">" + htmlText(row.name) + "</th>";
         for (std::size_t col = 0; col < row.cells.size(); ++col) {
-            const ColumnFormat format =
-                col < table.columns.size() ? table.columns[col].format : ColumnFormat::Real;
-            appendCell(html, row.cells[col], format);
+            const bool described = col < table.columns.size();
+            appendCell(html, row.cells[col], described ? table.columns[col].format : ColumnFormat::Real,
+                       described ? decimals[col] : 0);
         }
         html += "</tr>\n";
     }

@@ -35,6 +35,35 @@ TEST(TableHtmlTest, NumberText) {
             << row.value << ": " << row.comment;
 }
 
+// A real column shows one number of decimals for all its cells: four significant digits of
+// its values, no more than a value needs, at most six.
+TEST(TableHtmlTest, RealColumnsShowTheDecimalsTheirValuesNeed) {
+    const struct {
+        std::vector<double> column;
+        std::vector<const char*> shown;
+    } cases[] = {
+        {{22.172752, 1362.652}, {"22.17", "1362.65"}},
+        {{2.5, 12}, {"2.5", "12.0"}},
+        {{100.0 / 3.0, 50}, {"33.33", "50.00"}},
+        {{0.000125, 0.5}, {"0.000125", "0.500000"}},
+        {{0.1234567}, {"0.1235"}},
+        {{12345.678, -0.001}, {"12345.678", "-0.001"}},
+        {{3, 4}, {"3", "4"}},
+        {{1.5e20, 2.25}, {"1.5e+20", "2.25"}}, // the exponent form needs no decimals
+    };
+    for (const auto& c : cases) {
+        wb::TableDocument table;
+        table.columns = {{"x", "", ColumnFormat::Real}};
+        for (const double value : c.column)
+            table.rows.push_back({"r", {value}});
+        const int decimals = wb::columnDecimals(table, 0);
+        for (std::size_t row = 0; row < c.column.size(); ++row)
+            EXPECT_EQ(wb::cellText(table.rows[row].cells[0], ColumnFormat::Real, decimals),
+                      c.shown[row])
+                << c.column[row] << " in a column of " << c.column.size();
+    }
+}
+
 TEST(TableHtmlTest, EscapesText) {
     const struct {
         const char* text;
@@ -58,7 +87,8 @@ TEST(TableHtmlTest, RendersCellsByKind) {
         "class=\"num\">12</td><td></td></tr>",
         "<td class=\"text\">-</td><td class=\"num\">3</td><td class=\"text\">Très élevé &amp; "
         "&lt;plus&gt;</td>",
-        "<td class=\"num\">2</td><td class=\"num\">10000000000</td><td class=\"num\">7.25</td>",
+        // 2 shows the one decimal that 40.5 needs in its column.
+        "<td class=\"num\">2.0</td><td class=\"num\">10000000000</td><td class=\"num\">7.25</td>",
     };
     for (const char* part : parts)
         EXPECT_NE(html.find(part), std::string::npos) << part << "\nin\n" << html;
