@@ -21,7 +21,7 @@ bool hasValue(const DataFile& file, int var, double value) {
 }
 
 template <typename Call>
-std::vector<KeptCase> keepCases(const DataFile& file, Call&& filterRejects) {
+std::vector<KeptCase> keepCases(const DataFile& file, CaseWeights weights, Call&& filterRejects) {
     std::vector<KeptCase> kept;
     const int nVars = file.variableCount();
     // The filter gets a copy: variable v at index v - 1, and nothing it writes reaches the file.
@@ -29,7 +29,9 @@ std::vector<KeptCase> keepCases(const DataFile& file, Call&& filterRejects) {
     for (int caseNo = 1; caseNo <= file.caseCount(); ++caseNo) {
         if (!file.isSelected(caseNo))
             continue;
-        const double weight = file.caseWeight(caseNo);
+        double weight = file.caseWeight(caseNo);
+        if (weights == CaseWeights::Whole && weight > 0.0)
+            weight = std::floor(weight + 0.5);
         if (!(weight > 0.0) || !std::isfinite(weight))
             continue;
         std::memcpy(values.data(), file.row(caseNo) + 1,
@@ -126,14 +128,15 @@ std::size_t binOf(const std::vector<HistogramBin>& bins, double value) {
 
 } // namespace
 
-std::vector<KeptCase> keptCases(const DataFile& file, CaseFilter filter) {
-    return keepCases(file, [filter](double* values) {
+std::vector<KeptCase> keptCases(const DataFile& file, CaseFilter filter, CaseWeights weights) {
+    return keepCases(file, weights, [filter](double* values) {
         return filter != nullptr && filter(nullptr, nullptr, values, nullptr, nullptr) != 0;
     });
 }
 
-std::vector<KeptCase> keptCases(const DataFile& file, CaseFilterFloat filter) {
-    return keepCases(file, [filter](double* values) {
+std::vector<KeptCase> keptCases(const DataFile& file, CaseFilterFloat filter,
+                                CaseWeights weights) {
+    return keepCases(file, weights, [filter](double* values) {
         float x = 0, y = 0;
         return filter != nullptr && filter(nullptr, nullptr, values, &x, &y) != 0;
     });

@@ -3,7 +3,9 @@
 // the scatterplot matrix and the 3D histogram.
 //
 // Which cases count: those the file's selection keeps, whose weight is above 0 (the
-// weight variable's value; a missing weight is 0; 1 without a weight variable) and that
+// weight variable's value; a missing weight is 0; 1 without a weight variable; rounded to
+// a whole number, halves up, when the analysis's weighted moments are off, as the module
+// counts the cases of its tables, so that a graph and a table of one subset agree) and that
 // the module's filter keeps (it gets the case as one double per variable, variable v at
 // index v - 1). A case that counts is left out, per variable, where its value is missing
 // (the variable's missing code, or not finite).
@@ -24,6 +26,9 @@
 
 namespace wb {
 
+// How the case weights count: as the file gives them, or rounded to whole numbers.
+enum class CaseWeights { AsGiven, Whole };
+
 struct KeptCase {
     int caseNo = 0; // 1-based
     double weight = 0;
@@ -31,8 +36,10 @@ struct KeptCase {
 
 // The cases that count, in file order. The double filter gets null outputs; the float one
 // gets outputs of its own, which are not read.
-std::vector<KeptCase> keptCases(const DataFile& file, CaseFilter filter);
-std::vector<KeptCase> keptCases(const DataFile& file, CaseFilterFloat filter);
+std::vector<KeptCase> keptCases(const DataFile& file, CaseFilter filter,
+                                CaseWeights weights = CaseWeights::AsGiven);
+std::vector<KeptCase> keptCases(const DataFile& file, CaseFilterFloat filter,
+                                CaseWeights weights = CaseWeights::AsGiven);
 
 struct WeightedValue {
     double value = 0;

@@ -314,7 +314,7 @@ int OutputService::CategorizedVarBoxAndWhisker(unsigned short style, char* title
         graph.type = GraphType::BoxPlot;
         addLines(graph.titles, cText(title));
         addLines(graph.titles, cText(subtitle));
-        graph.boxes = boxPlots(*m_file, keptCases(*m_file, filter), static_cast<BoxStyle>(style),
+        graph.boxes = boxPlots(*m_file, keptCases(*m_file, filter, caseWeights()), static_cast<BoxStyle>(style),
                                numbers);
         graph.xAxis = {0, static_cast<double>(numbers.size() + 1), 1, {}};
         for (std::size_t k = 0; k < numbers.size(); ++k)
@@ -344,7 +344,7 @@ int OutputService::CorrelationScatterplot(unsigned short mode, int, short firstC
         GraphDocument graph;
         graph.type = GraphType::ScatterMatrix;
         addLines(graph.titles, fieldText(title.c_str(), static_cast<int>(title.size())));
-        graph.scatter = scatterMatrix(*m_file, keptCases(*m_file, filter), columns, rows);
+        graph.scatter = scatterMatrix(*m_file, keptCases(*m_file, filter, caseWeights()), columns, rows);
         graph.scatter->mode = mode;
         return keep(Document{std::move(graph)}) != 0 ? 0 : 1;
     } catch (const std::exception& error) {
@@ -366,7 +366,7 @@ int OutputService::Histogram3D(unsigned short kind, short x, short y, short, sho
         addLines(graph.titles, cText(title));
         addLines(graph.titles, cText(subtitle));
         graph.histogram3d =
-            histogram3D(*m_file, keptCases(*m_file, filter), numbers[0], numbers[1]);
+            histogram3D(*m_file, keptCases(*m_file, filter, caseWeights()), numbers[0], numbers[1]);
         graph.histogram3d->kind = kind;
         graph.xTitle = graph.histogram3d->x.name;
         graph.yTitle = graph.histogram3d->y.name;
@@ -381,6 +381,10 @@ void OutputService::setAutomation(HostAutomation* automation) {
     m_automation = automation;
     if (automation != nullptr)
         RegisterDocumentTypeLib(*automation);
+}
+
+CaseWeights OutputService::caseWeights() const {
+    return m_weightRule ? m_weightRule() : CaseWeights::AsGiven;
 }
 
 IDispatch* OutputService::documentObject(int id) const {

@@ -41,6 +41,7 @@
 #include "workbench/documents/Document.h"
 #include "workbench/documents/DocumentObject.h"
 #include "workbench/documents/DocumentStore.h"
+#include "workbench/documents/GraphStatistics.h"
 #include "workbench/text/TokenTable.h"
 
 namespace wb {
@@ -60,6 +61,10 @@ public:
     void setDataFile(const DataFile* file) { m_file = file; }
 
     DocumentStore& store() { return m_store; }
+
+    // How the graphs drawn from the cases count the case weights (GraphStatistics.h), asked
+    // at each graph: the analysis's own rule. Empty: as the file gives them.
+    void setWeightRule(std::function<CaseWeights()> rule) { m_weightRule = std::move(rule); }
     // The session's live tables and graphs, in window order.
     const std::vector<Document>& documents() const { return m_store.documents(); }
 
@@ -132,6 +137,7 @@ public:
                     CaseFilterFloat filter) override;
 
 private:
+    CaseWeights caseWeights() const;
     // The text of a field of `width` bytes, decoded as told above.
     std::string fieldText(const char* field, int width) const;
     // The same for a C string; empty for null.
@@ -149,6 +155,7 @@ private:
     const DataFile* m_file = nullptr;
     HostAutomation* m_automation = nullptr;
     Router m_router;
+    std::function<CaseWeights()> m_weightRule;
     std::string m_lastError;
 };
 

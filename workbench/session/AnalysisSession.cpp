@@ -51,6 +51,10 @@ CDrillDown& AnalysisSession::startAnalysis() {
     m_output.setRouter([analysis = m_analysis](IDispatch* document) {
         return analysis->BeforeRouteOutput(document);
     });
+    // The graphs drawn from the cases count the weights as the analysis's tables do.
+    m_output.setWeightRule([analysis = m_analysis] {
+        return analysis->GetWM() == 0 ? CaseWeights::Whole : CaseWeights::AsGiven;
+    });
     // The file block exists once step 100 has bound the module's blocks.
     m_output.setFileBlock(m_data.fileBlock());
     return *m_analysis;
@@ -60,6 +64,7 @@ void AnalysisSession::closeAnalysis() {
     if (m_analysis == nullptr)
         return;
     m_output.setRouter({});
+    m_output.setWeightRule({});
     m_loader.closeAnalysis(*m_analysis);
     m_analysis = nullptr;
 }
