@@ -36,6 +36,20 @@ std::string_view boxStyleText(BoxStyle style) {
     return {};
 }
 
+std::string boxStyleLegend(BoxStyle style) {
+    switch (style) {
+    case BoxStyle::MedianQuartilesRange:
+        return "Trait : médiane — boîte : quartiles — moustaches : minimum et maximum";
+    case BoxStyle::MeanSdSd196:
+        return "◆ moyenne — boîte : ± écart-type — moustaches : ± 1,96 écart-type";
+    case BoxStyle::MeanSeSd:
+        return "◆ moyenne — boîte : ± erreur-type — moustaches : ± écart-type";
+    case BoxStyle::MeanSeSe196:
+        return "◆ moyenne — boîte : ± erreur-type — moustaches : ± 1,96 erreur-type";
+    }
+    return {};
+}
+
 std::string documentCount(const std::vector<Document>& documents) {
     std::size_t tables = 0, graphs = 0;
     for (const Document& document : documents)

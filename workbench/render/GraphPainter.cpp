@@ -613,11 +613,12 @@ void GraphPainter::drawBoxes(const QRectF& whole) {
     const QString style = qs(std::string(boxStyleText(boxes.style)));
     const QStringList parts = style.split(QLatin1Char('/'));
 
-    m_painter.setFont(font(12));
-    m_painter.setPen(Muted);
-    drawText(m_painter, QPointF(whole.center().x(), whole.top()), style,
+    // What the centre, box and whiskers are, in words, where every reader sees it.
+    m_painter.setFont(font(13, true));
+    m_painter.setPen(Ink);
+    drawText(m_painter, QPointF(whole.center().x(), whole.top()), qs(boxStyleLegend(boxes.style)),
              Qt::AlignHCenter | Qt::AlignTop);
-    const QRectF area = whole.adjusted(0, 26, 0, 0);
+    const QRectF area = whole.adjusted(0, 28, 0, 0);
 
     const double panelWidth = area.width() / static_cast<double>(boxes.variables.size());
     const QFont tickFont = font(11);
