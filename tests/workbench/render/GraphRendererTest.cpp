@@ -117,7 +117,7 @@ TEST_F(GraphRendererTest, EveryKindDrawsItsShapes) {
          [](const wb::GraphDocument&) -> std::size_t { return 3 + 3 + 4; }, "CHANNEL"},
         {"boxplot", wb::testing::sendSampleBoxes(output, file, 52),
          [](const wb::GraphDocument& g) { return g.boxes->variables.size(); }, "SATISFACTION"},
-        {"boxplot says what it shows", wb::testing::sendSampleBoxes(output, file, 54),
+        {"boxplot", wb::testing::sendSampleBoxes(output, file, 54), // it says what it shows
          [](const wb::GraphDocument& g) { return g.boxes->variables.size(); },
          "◆ moyenne — boîte : ± erreur-type — moustaches : ± écart-type"},
         {"scatter-matrix", wb::testing::sendSampleScatter(output, file) == 0 ? 1 : 0,
