@@ -432,23 +432,32 @@ void GraphPainter::drawBars(const QRectF& area) {
                 if (std::isfinite(series.x[i]) && std::isfinite(series.y[i]) && series.x[i] != 0)
                     edges[series.x[i]].push_back({series.y[i], series.colour});
         const double width = m_graph.series.empty() ? 0.9 : m_graph.series.front().barWidth;
-        for (const auto& [x, bands] : edges) {
+        struct Band {
+            double upper, lower;
+            int colour;
+        };
+        for (const auto& [x, stackEdges] : edges) {
             const std::string variable = labelAt(m_graph.xAxis, x);
-            for (std::size_t s = 0; s < bands.size(); ++s) {
-                const double upper = bands[s].first;
-                const double lower = s + 1 < bands.size() ? bands[s + 1].first : 0.0;
-                const double share = upper - lower;
-                if (!(share > 1e-9))
-                    continue;
-                const QRectF band = QRectF(QPointF(xMap(x - width / 2), yMap(upper)),
-                                           QPointF(xMap(x + width / 2), yMap(lower)))
+            std::vector<Band> bands; // the bands that show, top first
+            for (std::size_t s = 0; s < stackEdges.size(); ++s) {
+                const double lower = s + 1 < stackEdges.size() ? stackEdges[s + 1].first : 0.0;
+                if (stackEdges[s].first - lower > 1e-9)
+                    bands.push_back({stackEdges[s].first, lower, stackEdges[s].second});
+            }
+            for (std::size_t b = 0; b < bands.size(); ++b) {
+                const double share = bands[b].upper - bands[b].lower;
+                const QRectF band = QRectF(QPointF(xMap(x - width / 2), yMap(bands[b].upper)),
+                                           QPointF(xMap(x + width / 2), yMap(bands[b].lower)))
                                         .normalized()
                                         .intersected(plot);
-                addHotspot(band, variable + " : " + percentText(share));
+                // Bands count from the bottom of the stack, as a reader counts them.
+                const std::string place = "bande " + std::to_string(bands.size() - b) + " sur " +
+                                          std::to_string(bands.size());
+                addHotspot(band, variable + " — " + place + " : " + percentText(share));
                 const QString text = qs(percentText(share));
                 if (band.height() >= valueMetrics.height() + 2 &&
                     band.width() >= valueMetrics.horizontalAdvance(text) + 4) {
-                    m_painter.setPen(textOn(paletteColour(bands[s].second)));
+                    m_painter.setPen(textOn(paletteColour(bands[b].colour)));
                     drawText(m_painter, band.center(), text, Qt::AlignCenter);
                 }
             }

@@ -2,6 +2,9 @@
 // with its full label as tooltip) and that the PNG is an image of the picture's size.
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
+
 #include <cstdint>
 #include <regex>
 #include <string>
@@ -135,6 +138,24 @@ TEST_F(GraphRendererTest, EveryKindDrawsItsShapes) {
         EXPECT_TRUE(contains(drawnTexts(svg), cases[k].text)) << cases[k].text;
         EXPECT_TRUE(contains(drawnTexts(svg), graph.titles.front()));
     }
+}
+
+// A band of a stacked plot tells its variable, its place in the stack from the bottom, and
+// its share.
+TEST_F(GraphRendererTest, StackedBandsTellTheirPlaceAndShare) {
+    const wb::GraphDocument& graph = made(wb::testing::sendSampleStacked(output, tokens));
+    const std::vector<std::string> tips = tooltips(wb::graphSvg(graph));
+    ASSERT_EQ(tips.size(), 10u);
+    const std::regex form(R"((\S+) — bande (\d) sur (\d) : [0-9.]+ %)");
+    std::map<std::string, std::set<int>> places;
+    for (const std::string& tip : tips) {
+        std::smatch parts;
+        ASSERT_TRUE(std::regex_match(tip, parts, form)) << tip;
+        places[parts[1]].insert(std::stoi(parts[2]));
+        EXPECT_LE(std::stoi(parts[2]), std::stoi(parts[3])) << tip;
+    }
+    for (const auto& [variable, seen] : places)
+        EXPECT_EQ(*seen.begin(), 1) << variable << ": the bottom band is band 1";
 }
 
 TEST(GraphRendererTextTest, TooltipsAreEscaped) {
