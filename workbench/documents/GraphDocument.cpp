@@ -22,32 +22,43 @@ std::string_view graphTypeName(GraphType type) {
     return "histogram";
 }
 
-std::string_view boxStyleText(BoxStyle style) {
-    switch (style) {
-    case BoxStyle::MedianQuartilesRange:
-        return "Médiane/Quartiles/Etendue";
-    case BoxStyle::MeanSdSd196:
-        return "Moyenne/Ecart-Type/1.96*Ecart-Type";
-    case BoxStyle::MeanSeSd:
-        return "Moyenne/Erreur-Type/Ecart-Type";
-    case BoxStyle::MeanSeSe196:
-        return "Moyenne/Erreur-Type/1.96*Erreur-Type";
-    }
-    return {};
+namespace {
+
+// Each box style in the words of its option, and as the sentence a picture shows.
+struct BoxStyleWords {
+    BoxStyle style;
+    std::string_view option;
+    std::string_view legend;
+};
+
+constexpr BoxStyleWords BoxStyles[] = {
+    {BoxStyle::MedianQuartilesRange, "Médiane/Quartiles/Etendue",
+     "Trait : médiane — boîte : quartiles — moustaches : minimum et maximum"},
+    {BoxStyle::MeanSdSd196, "Moyenne/Ecart-Type/1.96*Ecart-Type",
+     "◆ moyenne — boîte : ± écart-type — moustaches : ± 1,96 écart-type"},
+    {BoxStyle::MeanSeSd, "Moyenne/Erreur-Type/Ecart-Type",
+     "◆ moyenne — boîte : ± erreur-type — moustaches : ± écart-type"},
+    {BoxStyle::MeanSeSe196, "Moyenne/Erreur-Type/1.96*Erreur-Type",
+     "◆ moyenne — boîte : ± erreur-type — moustaches : ± 1,96 erreur-type"},
+};
+
+const BoxStyleWords* wordsOf(BoxStyle style) {
+    for (const BoxStyleWords& words : BoxStyles)
+        if (words.style == style)
+            return &words;
+    return nullptr;
 }
 
-std::string boxStyleLegend(BoxStyle style) {
-    switch (style) {
-    case BoxStyle::MedianQuartilesRange:
-        return "Trait : médiane — boîte : quartiles — moustaches : minimum et maximum";
-    case BoxStyle::MeanSdSd196:
-        return "◆ moyenne — boîte : ± écart-type — moustaches : ± 1,96 écart-type";
-    case BoxStyle::MeanSeSd:
-        return "◆ moyenne — boîte : ± erreur-type — moustaches : ± écart-type";
-    case BoxStyle::MeanSeSe196:
-        return "◆ moyenne — boîte : ± erreur-type — moustaches : ± 1,96 erreur-type";
-    }
-    return {};
+} // namespace
+
+std::string_view boxStyleText(BoxStyle style) {
+    const BoxStyleWords* words = wordsOf(style);
+    return words != nullptr ? words->option : std::string_view();
+}
+
+std::string_view boxStyleLegend(BoxStyle style) {
+    const BoxStyleWords* words = wordsOf(style);
+    return words != nullptr ? words->legend : std::string_view();
 }
 
 std::string documentCount(const std::vector<Document>& documents) {

@@ -59,7 +59,7 @@ enum class BoxStyle {
 // "Médiane/Quartiles/Etendue" and so on.
 std::string_view boxStyleText(BoxStyle style);
 // The same as a sentence that a picture shows above its boxes.
-std::string boxStyleLegend(BoxStyle style);
+std::string_view boxStyleLegend(BoxStyle style);
 
 // One variable of a box plot: the centre, the box and the whiskers, over the cases kept
 // that have a value of the variable.

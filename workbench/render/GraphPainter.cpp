@@ -625,7 +625,7 @@ void GraphPainter::drawBoxes(const QRectF& whole) {
     // What the centre, box and whiskers are, in words, where every reader sees it.
     m_painter.setFont(font(13, true));
     m_painter.setPen(Ink);
-    drawText(m_painter, QPointF(whole.center().x(), whole.top()), qs(boxStyleLegend(boxes.style)),
+    drawText(m_painter, QPointF(whole.center().x(), whole.top()), qs(std::string(boxStyleLegend(boxes.style))),
              Qt::AlignHCenter | Qt::AlignTop);
     const QRectF area = whole.adjusted(0, 28, 0, 0);
 
