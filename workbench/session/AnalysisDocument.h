@@ -20,12 +20,13 @@ public:
     void RemoveFromAnalysisList(IUnknown* document) override;
     bool ReplaceContentOfDoc(IDispatch* old, IDispatch* replacement) override;
     int WindowPlace(IUnknown* document) override;
-    void SetUpdating(bool updating) override { m_updating = updating; }
+    // A refresh runs inside the command that asked for it, whose front end already shows
+    // that it is busy: nothing more to show.
+    void SetUpdating(bool) override {}
     IDispatch* GetApplication() override;
     IDispatch* GetAutomationObject() override;
     int IsOleAutomation() override { return m_automated || m_macros > 0 ? 1 : 0; }
 
-    bool updating() const { return m_updating; }
     // Brackets a macro's run against the analysis.
     void beginMacro() { ++m_macros; }
     void endMacro() { --m_macros; }
@@ -39,7 +40,6 @@ private:
     // Made afresh from the store's run at each read: each command delivered starts a run of
     // its own, counted from 1, so what the analysis writes into it needs no keeping.
     CEventRecord m_record;
-    bool m_updating = false;
     bool m_automated = false;
     int m_macros = 0;
 };
