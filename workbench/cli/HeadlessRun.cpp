@@ -1,5 +1,7 @@
 #include "workbench/cli/HeadlessRun.h"
 
+#include <iostream>
+
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/data/VariableList.h"
 
@@ -9,8 +11,14 @@ namespace {
 
 DataFile loadForRun(const RunSetup& setup) {
     DataFile file = loadDataFile(setup.file);
-    if (setup.weight)
-        file.setWeightVariable(parseVariable(*setup.weight, file));
+    if (setup.weight) {
+        const short weight = parseVariable(*setup.weight, file);
+        file.setWeightVariable(weight);
+        // Codes with labels are categories, seldom case weights.
+        if (!file.variable(weight).labels.empty())
+            std::cerr << "warning: the weight variable " << file.variable(weight).name
+                      << " has value labels; its codes weigh the cases as they stand\n";
+    }
     if (setup.selection)
         file.setSelection(*setup.selection);
     return file;

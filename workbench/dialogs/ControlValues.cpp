@@ -24,6 +24,15 @@ std::string quotedText(const ControlState& control) {
     return !captioned || control.text.empty() ? std::string() : " (\"" + control.text + "\")";
 }
 
+// Why a disabled control takes no action, in the user's words: the panel enables each
+// control only at the steps where it can be used.
+std::string unavailable(int id, const ControlState& control) {
+    const std::string name = quotedText(control);
+    return (name.empty() ? "Control " + std::to_string(id) : name.substr(2, name.size() - 3)) +
+           " cannot be used at this step of the analysis (the panel disables it; control " +
+           std::to_string(id) + ").";
+}
+
 // The text of a value: a string as it is, a number in its shortest form, an array its items
 // joined by blanks. False for a value that holds no text (an object).
 bool valueText(BstrAllocator& strings, const VARIANT& value, std::string& text) {
@@ -124,8 +133,7 @@ HRESULT DialogHost::pressForDocument(HWND dialog, int id, VARIANT* value) {
         return fail(DISP_E_TYPEMISMATCH,
                     "Control " + std::to_string(id) + quotedText(control) + " gives no document.");
     if (!control.enabled)
-        return fail(E_FAIL, "Control " + std::to_string(id) + quotedText(control) +
-                                " is disabled now.");
+        return fail(E_FAIL, unavailable(id, control));
     // The first document the command shows, table or graph, new or refreshed in its window,
     // is the one a macro gets back.
     struct FirstShown final : DocumentObserver {
@@ -176,8 +184,7 @@ HRESULT DialogHost::SetControlValue(HWND dialog, int id, const VARIANT* value) {
         return fail(DISP_E_MEMBERNOTFOUND, "The dialog has no control " + std::to_string(id) + ".");
     const ControlState& control = m_model.state(dialog, id);
     if (!control.enabled)
-        return fail(E_FAIL, "Control " + std::to_string(id) + quotedText(control) +
-                                " is disabled now.");
+        return fail(E_FAIL, unavailable(id, control));
     if (value == nullptr) {
         if (control.kind != ControlKind::Button)
             return fail(DISP_E_TYPEMISMATCH,

@@ -102,7 +102,8 @@ TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
          "test.ddm:3: ValueNoOfExactIntervals = 1000: The value 1000 of control 9070 is outside "
          "2 to 999."},
         {"Variables = \"SEX\"\nDrillUp\n",
-         "test.ddm:2: DrillUp: Control 9057 (\"Haut\") is disabled now."},
+         "test.ddm:2: DrillUp: \"Haut\" cannot be used at this step of the analysis (the panel "
+         "disables it; control 9057)."},
         {"OK\nPrint Variables\n", "test.ddm:2: Print Variables: The dialog has been closed."},
         {"Variables = SEX\n", "test.ddm:1: Variables = SEX: \"SEX\" is no value"},
         {"Close 3\n", "test.ddm:1: Close 3: no document 3 is open"},

@@ -34,6 +34,16 @@ TEST(RunCommands, WrongStepsNameWhatIsWrong) {
     }
 }
 
+// A weight variable with value labels is used, with a warning: its codes are likely categories.
+TEST(RunCommands, AWeightWithValueLabelsIsUsedWithAWarning) {
+    const CliRun run = runCli("dump " + Sample + " --down REGION --weight SEX");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.err.find("warning: the weight variable SEX has value labels"), std::string::npos)
+        << run.err;
+    const CliRun plain = runCli("dump " + Sample + " --down REGION --weight WEIGHT");
+    EXPECT_EQ(plain.err.find("warning"), std::string::npos) << plain.err;
+}
+
 TEST(RunCommands, ReportWritesTablesAndTheSubset) {
     const wb::testing::TempDir dir;
     const std::string out = dir.path("report");
