@@ -789,7 +789,25 @@ void GraphPainter::drawScatter(const QRectF& area) {
             const ScatterCell& one = *found->second;
             const GraphVariable& xVar = matrix.columns[column];
             const GraphVariable& yVar = matrix.rows[row];
-            const QRectF inner = rect.adjusted(5, 5, -5, -5);
+            // The correlation and the cases stand in a strip of their own above the points,
+            // so that no point hides them; n is the cases used, and those drawn when fewer.
+            const std::string r =
+                std::isfinite(one.correlation) ? "r = " + shortNumber(std::round(one.correlation * 100) / 100) : "r = —";
+            const std::string n = "n = " + std::to_string(one.cases) +
+                                  (one.x.size() < static_cast<std::size_t>(one.cases)
+                                       ? " (" + std::to_string(one.x.size()) + " dessinés)"
+                                       : std::string());
+            const QString badgeText = qs(r + "   " + n);
+            m_painter.setFont(smallFont);
+            const QRectF badge(rect.left() + 1, rect.top() + 1, rect.width() - 2, smallMetrics.height() + 2);
+            m_painter.setPen(Qt::NoPen);
+            m_painter.setBrush(QColor(0xF6, 0xF6, 0xF6));
+            m_painter.drawRect(badge);
+            m_painter.setPen(Ink);
+            drawText(m_painter, badge.center(),
+                     smallMetrics.elidedText(badgeText, Qt::ElideRight, badge.width() - 4),
+                     Qt::AlignCenter);
+            const QRectF inner = rect.adjusted(5, badge.height() + 5, -5, -5);
             const auto padded = [](const GraphVariable& v) {
                 const double span = v.max > v.min ? v.max - v.min : 1.0;
                 return std::pair{v.min - span * 0.02, v.max + span * 0.02};
@@ -805,18 +823,7 @@ void GraphPainter::drawScatter(const QRectF& area) {
             m_painter.setBrush(colour);
             for (std::size_t i = 0; i < one.x.size(); ++i)
                 m_painter.drawEllipse(QPointF(xMap(one.x[i]), yMap(one.y[i])), dot, dot);
-
-            const std::string r =
-                std::isfinite(one.correlation) ? "r = " + shortNumber(std::round(one.correlation * 100) / 100) : "r = —";
-            m_painter.setFont(smallFont);
-            const QRectF badge(rect.left() + 2, rect.top() + 2,
-                               smallMetrics.horizontalAdvance(qs(r)) + 6, smallMetrics.height() + 2);
-            m_painter.setBrush(QColor(255, 255, 255, 210));
-            m_painter.drawRect(badge);
-            m_painter.setPen(Ink);
-            drawText(m_painter, badge.center(), qs(r), Qt::AlignCenter);
-            addHotspot(rect, yVar.name + " / " + xVar.name + " : n = " + std::to_string(one.cases) +
-                                 ", " + r);
+            addHotspot(rect, yVar.name + " / " + xVar.name + " : " + n + ", " + r);
         }
     }
 }
