@@ -2,7 +2,10 @@
 // categories are built from limits before any case is counted.
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 
+#include "../core/CDrillDown.h"
 #include "../core/Drill.h"
 #include "../host/framework/CAnalysisSupport.h"
 #include "../host/RealNumbers.h"
@@ -27,10 +30,6 @@ std::string RawLimitText(double x) {
 
 // The text of an interval limit: at most 8 characters, without trailing blanks or point.
 std::string LimitText(double x) { return TrimLimit(RawLimitText(x)); }
-
-// A step so fine that it would make more intervals than this is refused: no one reads
-// such a table, and the loop must end.
-constexpr double MaxStepIntervals = 10000;
 
 } // namespace
 
@@ -152,14 +151,38 @@ int Drill::BuildStepIntervals() {
         return 1;
     }
     double lower = AtMinimum == 1 ? Min : Start;
-    if (!(Step > 0) || (Max - lower) / Step > MaxStepIntervals)
+    if (!(Step > 0) || !std::isfinite(lower) || (Max - lower) / Step > MaxStepIntervals)
         return 0;
     // The test is on the lower limit and exact, so the last interval reaches beyond Max.
     for (double upper = lower + Step; lower <= Max; upper += Step) {
+        // At large magnitudes a small step is lost in the addition and the limit stands still.
+        if (!(upper > lower)) {
+            ClearCategories();
+            return 0;
+        }
         InsertInterval(lower, upper, 0, LimitText(lower) + "<=x<" + LimitText(upper));
         lower = upper;
     }
     return 1;
+}
+
+void CDrillDown::Recategorise(Drill& record) {
+    if (record.Method != MethodFixedStep) {
+        record.Categorise();
+        return;
+    }
+    if (record.BuildStepIntervals() != 0)
+        return;
+    // The module's string table holds no text for this refusal, so it is written here.
+    char text[400];
+    std::snprintf(text, sizeof text,
+                  "Les intervalles de %s ne peuvent pas être construits avec un pas de %.10g "
+                  "à partir de %.10g : il faut un pas positif qui fasse avancer les limites et "
+                  "donne au plus %.0f intervalles jusqu'au maximum %.10g.",
+                  record.Name.c_str(), record.Step,
+                  record.AtMinimum == 1 ? record.Min : record.Start, MaxStepIntervals,
+                  record.Max);
+    dsplst(0, text);
 }
 
 int Drill::BuildUserIntervals() {

@@ -255,6 +255,11 @@ public:
     // moment a result first needs it.
     void RescanIfNeeded();
 
+    // Builds the record's categories by its method; a fixed step that cannot cut the
+    // record's range is told to the user, who would otherwise see the variable without
+    // intervals and no reason.
+    void Recategorise(Drill& record);
+
     // The fields, in declared order.
     int32_t StandAloneResults;
     int16_t NeedsRescan;

@@ -30,6 +30,10 @@ enum DrillMethod : int32_t {
 // neat intervals.
 inline constexpr std::size_t MaxValueCategories = 2048;
 
+// A fixed step that would cut the range into more intervals than this is refused, with a
+// message: no one reads such a table, and a step this fine may not even move the limit.
+inline constexpr double MaxStepIntervals = 10000;
+
 // The most limits a record can hold for method 5.
 inline constexpr int MaxUserLimits = 100;
 
@@ -82,7 +86,7 @@ public:
     // The interval builders. Each first empties the set.
     int BuildExactIntervals();  // method 1: 0 when Max < Min, -1 when ExactN < 1
     int BuildNeatIntervals();   // method 2: 0 when Max < Min
-    int BuildStepIntervals();   // method 3
+    int BuildStepIntervals();   // method 3: 0 when the step cannot cut the range
     int BuildUserIntervals();   // method 5: 0 without limits
 
     int16_t Variable;

@@ -209,36 +209,26 @@ int CDDNStartupDlg::ApplyCategorisation(HWND dialog) {
     switch (method) {
     case MethodDistinctValues:
     case MethodIntegerValues:
+    case MethodUserLimits:
         if (present == method)
             return 1;
         record.SetMethod(method, 0, 0, 0.0, 0.0);
-        record.ClearCategories();
         break;
     case MethodExactIntervals:
     case MethodNeatIntervals:
         if (present == method && m_Count == count)
             return 1;
         record.SetMethod(method, m_Count, 0, 0.0, 0.0);
-        if (method == MethodExactIntervals)
-            record.BuildExactIntervals();
-        else
-            record.BuildNeatIntervals();
         break;
     case MethodFixedStep:
         if (present == method && m_AtMinimum == atMinimum && m_Step == step && m_Start == start)
             return 1;
         record.SetMethod(method, 0, m_AtMinimum, m_Step, m_Start);
-        record.BuildStepIntervals();
-        break;
-    case MethodUserLimits:
-        if (present == method)
-            return 1;
-        record.SetMethod(method, 0, 0, 0.0, 0.0);
-        record.BuildUserIntervals();
         break;
     default:
         break;
     }
+    m_pDrill->Recategorise(record);
     m_pDrill->NeedsRescan = 1;
     return 1;
 }

@@ -127,7 +127,7 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
             if (review)
                 record.BuildNeatIntervals();
             else
-                record.Categorise();
+                Recategorise(record);
         }
     }
     return 1;

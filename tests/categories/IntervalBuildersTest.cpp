@@ -81,6 +81,10 @@ TEST_F(IntervalBuilders, LimitsAndLabels) {
         {"step: one value", 5, 5, 3, 10, 1, 1, 0, {}, 1, {{5, 5, "5"}}},
         {"step: no valid value", 1.7e308, -1.7e308, 3, 10, 1, 1, 0, {}, 1, {}},
         {"step of zero is refused", 0, 10, 3, 10, 1, 0, 0, {}, 0, {}},
+        {"step lost in the addition near 2^60 is refused", 0x1p60, 0x1p60 + 0x120000, 3, 10, 1,
+         127, 0, {}, 0, {}},
+        {"step finer than the table can hold is refused", 0, 10, 3, 10, 1, 1e-300, 0, {}, 0, {}},
+        {"first limit far below the values is refused", 0, 10, 3, 10, 0, 1, -1e300, {}, 0, {}},
         {"user limits widen the open ends", 0, 10, 5, 10, 1, 1, 0, {2, 2.5, 5}, 1,
          {{-1, 2, "x<=2"}, {2, 2.5, "2<x<=2.5"}, {2.5, 5, "2.5<x<=5"}, {5, 11, "5<x"}}},
         {"user: one limit below Max", 0, 10, 5, 10, 1, 1, 0, {3}, 1,
@@ -165,6 +169,28 @@ TEST_F(IntervalBuilders, CategoriseDispatchesOnTheMethod) {
         EXPECT_TRUE(d.Categories.empty());
         EXPECT_EQ(d.Isset, 0);
     }
+}
+
+// Nanosecond time stamps lie near 2^60, where a step of 127 is lost in the addition (the
+// builder's table above): the analysis says why the variable has no intervals.
+TEST_F(IntervalBuilders, AStepThatCannotCutTheRangeIsToldToTheUser) {
+    open(test::makeFile({{"T"}}, {{0x1p60}, {0x1p60 + 0x800000}, {0x1p60 + 0x1000000}}));
+    ASSERT_EQ(chooseDrillVariables({}, {1}), 1);
+    takeMessages();
+    Drill& record = const_cast<Drill&>(downRecord(1));
+    record.SetMethod(MethodFixedStep, 0, 1, 127, 0);
+    analysis->Recategorise(record);
+    EXPECT_TRUE(record.Categories.empty());
+    const std::vector<std::string> said = takeMessages();
+    ASSERT_EQ(said.size(), 1u);
+    EXPECT_NE(said[0].find("Les intervalles de T ne peuvent pas être construits avec un pas de "
+                           "127 à partir de 1.152921505e+18"),
+              std::string::npos)
+        << said[0];
+    record.SetMethod(MethodFixedStep, 0, 1, 0x400000, 0);
+    analysis->Recategorise(record);
+    EXPECT_EQ(record.Categories.size(), 5u);
+    EXPECT_TRUE(takeMessages().empty());
 }
 
 struct CountCase {
