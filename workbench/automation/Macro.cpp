@@ -200,8 +200,9 @@ void MacroRunner::run(const std::vector<MacroStatement>& statements) {
             return m_name + ":" + std::to_string(statement.line) + ": " + statement.text + ": ";
         };
         const auto problem = [&] { return m_hooks.problem ? m_hooks.problem() : std::string(); };
+        std::optional<std::string> printed;
         try {
-            runOne(statement);
+            printed = runOne(statement);
         } catch (const AutomationError& error) {
             // What stopped the statement (a dialog it opened) says more than its failure.
             const std::string cause = problem();
@@ -209,43 +210,43 @@ void MacroRunner::run(const std::vector<MacroStatement>& statements) {
         }
         if (const std::string cause = problem(); !cause.empty())
             throw MacroError(where() + cause);
+        if (printed)
+            m_out << *printed << '\n';
     }
 }
 
-void MacroRunner::runOne(const MacroStatement& statement) {
+std::optional<std::string> MacroRunner::runOne(const MacroStatement& statement) {
     switch (statement.kind) {
     case MacroStatement::Kind::Put:
         m_dispatcher.put(m_object, statement.member, statement.value);
-        return;
+        return {};
     case MacroStatement::Kind::Call:
         m_dispatcher.callOrGet(m_object, statement.member);
-        return;
+        return {};
     case MacroStatement::Kind::Print: {
         const COleVariant value = m_dispatcher.get(m_object, statement.member);
         // An object is shown by its name, as a document is by its title.
         if (value.vt == VT_DISPATCH && value.pdispVal != nullptr)
-            m_out << macroValueText(m_dispatcher.get(value.pdispVal, "Name")) << '\n';
-        else
-            m_out << macroValueText(value) << '\n';
-        return;
+            return macroValueText(m_dispatcher.get(value.pdispVal, "Name"));
+        return macroValueText(value);
     }
     case MacroStatement::Kind::Dump:
-        m_out << (m_hooks.dump ? m_hooks.dump() : std::string()) << '\n';
-        return;
+        return m_hooks.dump ? m_hooks.dump() : std::string();
     case MacroStatement::Kind::Brush:
         if (const std::string problem =
                 m_hooks.brush ? m_hooks.brush(statement.brushing) : "brushing is not possible here";
             !problem.empty())
             throw AutomationError("Brush", E_FAIL, problem, {});
-        return;
+        return {};
     case MacroStatement::Kind::Close:
         if (!m_hooks.close || !m_hooks.close(statement.document))
             throw AutomationError("Close", E_INVALIDARG,
                                   "no document " + std::to_string(statement.document) +
                                       " is open",
                                   {});
-        return;
+        return {};
     }
+    return {};
 }
 
 } // namespace wb

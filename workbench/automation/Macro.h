@@ -22,6 +22,7 @@
 #include <functional>
 #include <iosfwd>
 #include <stdexcept>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -83,7 +84,9 @@ public:
     void run(const std::vector<MacroStatement>& statements);
 
 private:
-    void runOne(const MacroStatement& statement);
+    // Runs the statement; what it prints, which waits until the statement is known to
+    // have done its work.
+    std::optional<std::string> runOne(const MacroStatement& statement);
 
     Dispatcher& m_dispatcher;
     IDispatch* m_object;

@@ -35,4 +35,21 @@ HeadlessRun::HeadlessRun(const RunSetup& setup)
     m_session.startAnalysis();
 }
 
+void HeadlessRun::throwIfWriteFailed() const {
+    if (!m_folder.firstFailure().empty())
+        throw DataError(m_folder.firstFailure() + "\nOnly " + m_folder.writtenCount() +
+                        " were written, listed in " + m_folder.folder().string() +
+                        "/index.html");
+}
+
+void HeadlessRun::reportWritten(std::ostream& out) const {
+    throwIfWriteFailed();
+    if (m_folder.stems().empty())
+        return;
+    out << "\nWrote " << m_folder.writtenCount() << " to " << m_folder.folder().string()
+        << "/index.html:\n";
+    for (const std::string& file : m_folder.shownFiles())
+        out << "  " << file << '\n';
+}
+
 } // namespace wb::cli

@@ -4,6 +4,7 @@
 // could answer) and the analysis session on the data file, started with its panel.
 
 #include <optional>
+#include <ostream>
 #include <string>
 
 #include "workbench/headless/HeadlessFrontEnd.h"
@@ -28,6 +29,11 @@ public:
     AnalysisSession& session() { return m_session; }
     CDrillDown& analysis() { return m_session.analysis(); }
     const OutputFolder& folder() const { return m_folder; }
+    // Tells what stands in the output folder, file by file. Throws DataError naming the
+    // first write that failed, so that no run that lost a document ends as a success.
+    void reportWritten(std::ostream& out) const;
+    // Throws that DataError when a write failed.
+    void throwIfWriteFailed() const;
 
 private:
     HeadlessFrontEnd m_frontEnd{stderr, HeadlessProgress::terminalOf(stderr)};

@@ -112,12 +112,7 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
         saveLayout(session, *options.saveLayout);
     // A macro of the command ends as the user's OK does.
     endPanelAsOK(session);
-    if (!session.output().documents().empty()) {
-        out << "\nWrote " << documentCount(session.output().documents()) << " to "
-            << run.folder().folder().string() << "/index.html:\n";
-        for (const std::string& file : run.folder().shownFiles())
-            out << "  " << file << '\n';
-    }
+    run.reportWritten(out);
     return ExitSuccess;
 }
 

@@ -161,16 +161,16 @@ int runReport(const Arguments& arguments) {
         output.store().beginCommand(command);
         (analysis.*result)(run.session().panel());
         output.store().endCommand();
+        run.throwIfWriteFailed();
         if (!output.lastError().empty())
             throw DataError(output.lastError());
     }
-    AnalysisSession& session = run.session();
-    std::cout << "Wrote " << documentCount(session.output().documents()) << " to "
-              << run.folder().folder().string() << "/index.html\n";
-    if (!session.newFile().finishedFiles().empty())
-        std::cout << "Saved the subset as " << session.newFile().lastFinishedPath() << '\n';
-    else if (!session.newFile().lastError().empty())
-        std::cerr << session.newFile().lastError() << '\n';
+    run.reportWritten(std::cout);
+    const NewFileService& saved = run.session().newFile();
+    if (saved.finishedFiles().empty())
+        throw DataError(saved.lastError().empty() ? "the subset was not saved"
+                                                  : saved.lastError());
+    std::cout << "Saved the subset as " << saved.lastFinishedPath() << '\n';
     return ExitSuccess;
 }
 

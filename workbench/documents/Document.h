@@ -30,6 +30,6 @@ struct Document {
 };
 
 // "3 tables", "1 graph", "2 tables and 1 graph", "no document".
-std::string documentCount(const std::vector<Document>& documents);
+std::string documentCount(std::size_t tables, std::size_t graphs);
 
 } // namespace wb

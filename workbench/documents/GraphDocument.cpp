@@ -61,10 +61,7 @@ std::string_view boxStyleLegend(BoxStyle style) {
     return words != nullptr ? words->legend : std::string_view();
 }
 
-std::string documentCount(const std::vector<Document>& documents) {
-    std::size_t tables = 0, graphs = 0;
-    for (const Document& document : documents)
-        (document.isTable() ? tables : graphs) += 1;
+std::string documentCount(std::size_t tables, std::size_t graphs) {
     const auto counted = [](std::size_t n, const char* one) {
         return std::to_string(n) + " " + one + (n == 1 ? "" : "s");
     };

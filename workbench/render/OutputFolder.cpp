@@ -152,6 +152,13 @@ OutputFolder::OutputFolder(std::filesystem::path folder) : m_folder(std::move(fo
 void OutputFolder::setFolder(std::filesystem::path folder) {
     m_folder = std::move(folder);
     m_entries.clear();
+    m_firstFailure.clear();
+}
+
+std::string OutputFolder::writtenCount() const {
+    const auto tables = static_cast<std::size_t>(
+        std::count_if(m_entries.begin(), m_entries.end(), [](const Entry& e) { return e.table; }));
+    return documentCount(tables, m_entries.size() - tables);
 }
 
 std::vector<std::string> OutputFolder::shownFiles() const {
@@ -194,6 +201,21 @@ void OutputFolder::writeFile(const std::string& name, std::string_view content) 
                       "': " + systemReason(error));
 }
 
+void OutputFolder::writeFiles(
+    const std::vector<std::pair<std::string, std::string>>& files) const {
+    for (std::size_t k = 0; k < files.size(); ++k) {
+        try {
+            writeFile(files[k].first, files[k].second);
+        } catch (const OutputError&) {
+            for (std::size_t written = 0; written < k; ++written) {
+                std::error_code ignored;
+                std::filesystem::remove(m_folder / files[written].first, ignored);
+            }
+            throw;
+        }
+    }
+}
+
 void OutputFolder::makeFolder() const {
     std::error_code created;
     std::filesystem::create_directories(m_folder, created);
@@ -205,39 +227,57 @@ void OutputFolder::makeFolder() const {
 OutputFolder::Entry OutputFolder::writeTable(const TableDocument& table,
                                              const std::string& stem) const {
     Entry entry{table.number, table.title, stem, tableHtml(table), tableAnchor(table),
-                link(stem, ".html", "page") + ", " + link(stem, ".json", "JSON"), stem + ".html"};
-    writeFile(stem + ".json", tableJsonText(table));
-    writeFile(stem + ".html", htmlPage(table.title, entry.fragment));
+                link(stem, ".html", "page") + ", " + link(stem, ".json", "JSON"), stem + ".html",
+                true};
+    writeFiles({{stem + ".json", tableJsonText(table)},
+                {stem + ".html", htmlPage(table.title, entry.fragment)}});
     return entry;
 }
 
 OutputFolder::Entry OutputFolder::writeGraph(const GraphDocument& graph,
                                              const std::string& stem) const {
     // Both pictures are drawn before anything is written, so a failure leaves no file.
-    const std::string svg = graphSvg(graph);
-    const std::string png = graphPng(graph);
     Entry entry{graph.number, graph.name(), stem, graphHtml(graph, stem),
                 "graph-" + std::to_string(graph.number),
                 link(stem, ".svg", "SVG") + ", " + link(stem, ".png", "PNG") + ", " +
                     link(stem, ".json", "JSON"),
-                stem + ".svg"};
-    writeFile(stem + ".json", graphJsonText(graph));
-    writeFile(stem + ".svg", svg);
-    writeFile(stem + ".png", png);
+                stem + ".svg", false};
+    writeFiles({{stem + ".json", graphJsonText(graph)},
+                {stem + ".svg", graphSvg(graph)},
+                {stem + ".png", graphPng(graph)}});
     return entry;
 }
 
-OutputFolder::Entry OutputFolder::write(const Document& document, const std::string& stem) const {
-    makeFolder();
-    return document.isTable() ? writeTable(document.table(), stem)
-                              : writeGraph(document.graph(), stem);
+OutputFolder::Entry OutputFolder::write(const Document& document, const std::string& stem) {
+    try {
+        makeFolder();
+        return document.isTable() ? writeTable(document.table(), stem)
+                                  : writeGraph(document.graph(), stem);
+    } catch (const OutputError& error) {
+        keepFailure(error);
+        throw;
+    }
+}
+
+void OutputFolder::writeIndex() {
+    try {
+        writeFile(IndexName, indexHtml());
+    } catch (const OutputError& error) {
+        keepFailure(error);
+        throw;
+    }
+}
+
+void OutputFolder::keepFailure(const OutputError& error) {
+    if (m_firstFailure.empty())
+        m_firstFailure = error.what();
 }
 
 void OutputFolder::added(const Document& document) {
     const std::string stem =
         document.isTable() ? documentStem(document.table()) : documentStem(document.graph());
     m_entries.push_back(write(document, stem));
-    writeFile(IndexName, indexHtml());
+    writeIndex();
 }
 
 void OutputFolder::replaced(const Document& document) {
@@ -246,7 +286,7 @@ void OutputFolder::replaced(const Document& document) {
     if (entry == m_entries.end())
         return;
     *entry = write(document, entry->stem);
-    writeFile(IndexName, indexHtml());
+    writeIndex();
 }
 
 // The folder shows the session as it stands: a closed document's files go with it.
@@ -260,7 +300,7 @@ void OutputFolder::closed(const Document& document) {
         std::filesystem::remove(m_folder / (entry->stem + extension), ignored);
     }
     m_entries.erase(entry);
-    writeFile(IndexName, indexHtml());
+    writeIndex();
 }
 
 std::string OutputFolder::indexHtml() const {

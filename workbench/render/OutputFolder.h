@@ -14,11 +14,12 @@
 //                    then all of them, tables and pictures, so that the whole session reads
 //                    in a browser from one page.
 // A replaced document's files are rewritten in place, under the names they had; a closed
-// document leaves the index (its files stay).
+// document's files go with it.
 // NNN is the document's number, zero-padded to three digits; the slug comes from its title.
 //
 // Every file is written to a temporary file beside it and renamed into place, so a reader
-// never sees half a file. The folder is created, with its parents, when missing. Files of
+// never sees half a file; a document whose files cannot all be written leaves none of the
+// new ones, and the folder keeps its first failure for the command to report. The folder is created, with its parents, when missing. Files of
 // an earlier session are neither listed nor removed; a document with the same file name
 // replaces its file.
 
@@ -57,6 +58,12 @@ public:
     // Nothing of a window's state shows in the files.
     void stateChanged(const Document&) override {}
 
+    // The first write that failed in the current folder, as the OutputError said it; empty
+    // while every write succeeded.
+    const std::string& firstFailure() const { return m_firstFailure; }
+    // "3 tables and 2 graphs": the documents whose files stand in the current folder.
+    std::string writtenCount() const;
+
     // The base names (NNN-slug) of the documents written to the current folder, in order.
     std::vector<std::string> stems() const;
     // The file that shows each of them: NNN-slug.html for a table, NNN-slug.svg for a graph.
@@ -71,18 +78,25 @@ private:
         std::string anchor;
         std::string links; // to the document's own files
         std::string shown; // the file that shows it
+        bool table;
     };
 
-    // Writes the document's files under `stem`; its entry in the index.
-    Entry write(const Document& document, const std::string& stem) const;
+    // Writes the document's files under `stem`, all or none of them; its entry in the index.
+    // A failure is kept when it is the folder's first, and thrown on.
+    Entry write(const Document& document, const std::string& stem);
     Entry writeTable(const TableDocument& table, const std::string& stem) const;
     Entry writeGraph(const GraphDocument& graph, const std::string& stem) const;
     void makeFolder() const;
+    // Writes the files of one document; on a failure, removes those it wrote and throws.
+    void writeFiles(const std::vector<std::pair<std::string, std::string>>& files) const;
     void writeFile(const std::string& name, std::string_view content) const;
     std::string indexHtml() const;
+    void writeIndex();
+    void keepFailure(const OutputError& error);
 
     std::filesystem::path m_folder;
     std::vector<Entry> m_entries;
+    std::string m_firstFailure;
 };
 
 // Lower-case ASCII letters and digits of `title`, accented Latin letters folded to their

@@ -73,6 +73,7 @@ public:
     // Why the most recent failing call failed, as "PATH: reason" where a file is concerned;
     // empty until a call fails. A success does not clear it.
     const std::string& lastError() const { return m_lastError; }
+    void clearError() { m_lastError.clear(); }
     // Files begun and neither completed nor given up.
     int openCount() const { return static_cast<int>(m_files.size()); }
 

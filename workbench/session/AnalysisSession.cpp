@@ -140,4 +140,13 @@ void AnalysisSession::drillUp(int position) {
     pressPanelButton("DrillUp");
 }
 
+std::string AnalysisSession::takeFailure() {
+    std::string failure = m_output.lastError();
+    if (failure.empty())
+        failure = m_newFile.lastError();
+    m_output.clearError();
+    m_newFile.clearError();
+    return failure;
+}
+
 } // namespace wb

@@ -111,6 +111,10 @@ public:
     AutomationRuntime& automation() { return m_automation; }
     KeywordStore& keywords() { return m_keywords; }
 
+    // Why a document or a saved file could not be made since the last call, and forgets
+    // it; empty when nothing failed.
+    std::string takeFailure();
+
     // Sets a member of the panel, or presses a button with no value; DrillError on failure.
     void setPanelMember(const std::string& member, const VARIANT& value);
 

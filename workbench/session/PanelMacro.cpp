@@ -10,9 +10,12 @@ namespace wb {
 
 namespace {
 
-// Why the run cannot go on after a statement: lists that the variable dialog refused, or a
-// modal dialog that nobody can answer.
-std::string statementProblem(DialogHost& dialogs, std::size_t& seen) {
+// Why the run cannot go on after a statement: a document or file that could not be made,
+// lists that the variable dialog refused, or a modal dialog that nobody can answer.
+std::string statementProblem(AnalysisSession& session, std::size_t& seen) {
+    if (std::string failed = session.takeFailure(); !failed.empty())
+        return failed;
+    DialogHost& dialogs = session.dialogs();
     if (std::string refused = dialogs.takeRefusedChoice(); !refused.empty())
         return refused;
     const std::vector<int>& opened = dialogs.modalDialogsOpened();
@@ -59,7 +62,7 @@ void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::str
     } driving(session.analysisDocument());
     std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
     MacroRunner::Hooks hooks{[&] { return stateToJson(session.analysis()).dump(2); },
-                             [&] { return statementProblem(session.dialogs(), modalsSeen); },
+                             [&] { return statementProblem(session, modalsSeen); },
                              [&](int number) {
                                  if (session.documents().find(number) == nullptr)
                                      return false;

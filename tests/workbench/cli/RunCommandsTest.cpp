@@ -63,3 +63,51 @@ TEST(RunCommands, ReportWritesTablesAndTheSubset) {
 }
 
 } // namespace
+
+// A write that fails ends the command with an error that names the first failure; what the
+// folder keeps is whole: every document it lists has all its files, and no other is left.
+// A file size limit plays the full disk (SIGXFSZ ignored, so writes fail with EFBIG).
+TEST(RunCommands, AFailedWriteIsNeverReportedAsSuccess) {
+    const wb::testing::TempDir dir;
+    const std::string plainFile = dir.write("plain", "x");
+    struct Case {
+        const char* what;
+        std::string command;
+        std::string folder;
+        const char* error;
+        bool documentsWritten = false; // the documents were, only the subset failed
+    };
+    const Case cases[] = {
+        {"output folder is a file", "demo --out " + plainFile, plainFile,
+         "cannot create the output folder"},
+        {"pictures beyond the size limit",
+         "sh -c \"trap '' XFSZ; ulimit -f 100; exec " DD_CLI_PATH " demo --out " +
+             dir.path("demo") + "\"",
+         dir.path("demo"), "File too large"},
+        {"the saved subset beyond the size limit",
+         "sh -c \"trap '' XFSZ; ulimit -f 30; exec " DD_CLI_PATH " report " + Sample +
+             " --down 'SEX | AGE' --out " + dir.path("report") + "\"",
+         dir.path("report"), "subset-001.ddf: cannot write the file: File too large", true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const CliRun run = c.command.starts_with("sh ") ? runShell(c.command) : runCli(c.command);
+        EXPECT_NE(run.status, 0);
+        EXPECT_EQ(run.out.find("Wrote") != std::string::npos, c.documentsWritten) << run.out;
+        EXPECT_NE(run.err.find(c.error), std::string::npos) << run.err;
+        if (!std::filesystem::is_directory(c.folder))
+            continue;
+        for (const auto& entry : std::filesystem::directory_iterator(c.folder)) {
+            const std::filesystem::path file = entry.path();
+            EXPECT_NE(file.filename().string().front(), '.') << "a temporary file is left";
+            if (file.extension() != ".json")
+                continue;
+            const bool table = std::filesystem::exists(
+                std::filesystem::path(file).replace_extension(".html"));
+            for (const char* companion : table ? std::vector{".html"} : std::vector{".svg", ".png"})
+                EXPECT_TRUE(std::filesystem::exists(
+                    std::filesystem::path(file).replace_extension(companion)))
+                    << file << " stands without its " << companion;
+        }
+    }
+}
