@@ -32,8 +32,11 @@ constexpr double Pending = std::numeric_limits<double>::quiet_NaN();
 
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
+// Text that went through several editors may begin with more than one mark.
 std::string_view withoutByteOrderMark(std::string_view text) {
-    return text.starts_with(ByteOrderMark) ? text.substr(ByteOrderMark.size()) : text;
+    while (text.starts_with(ByteOrderMark))
+        text.remove_prefix(ByteOrderMark.size());
+    return text;
 }
 
 std::string numberText(double value) {
@@ -210,7 +213,7 @@ private:
         }
     }
 
-    std::string stringMember(const nlohmann::ordered_json& value, const Path& path) {
+    std::string stringMember(const nlohmann::json& value, const Path& path) {
         if (!value.at(path.back()).is_string())
             m_dictionary->fail(path, At::Value, inQuotes(path.back()) + " must be a string");
         return value.at(path.back()).get<std::string>();
@@ -255,7 +258,7 @@ private:
         }
     }
 
-    void applyVariables(const nlohmann::ordered_json& variables) {
+    void applyVariables(const nlohmann::json& variables) {
         if (!variables.is_object())
             m_dictionary->fail({"variables"}, At::Value,
                                "\"variables\" must be an object with an entry per variable");
@@ -284,7 +287,7 @@ private:
                              [var](const Column& column) { return column.var == var; });
     }
 
-    void applyVariable(Column& column, const Path& entryPath, const nlohmann::ordered_json& entry) {
+    void applyVariable(Column& column, const Path& entryPath, const nlohmann::json& entry) {
         Variable& variable = m_file.variable(column.var);
         column.dictionaryKey = entryPath.back();
         for (const auto& [key, value] : entry.items()) {
@@ -313,7 +316,7 @@ private:
         }
     }
 
-    DisplayFormat format(const nlohmann::ordered_json& value, const Path& path) {
+    DisplayFormat format(const nlohmann::json& value, const Path& path) {
         for (const DisplayFormat candidate :
              {DisplayFormat::Plain, DisplayFormat::Date, DisplayFormat::Time})
             if (value.is_string() && value.get<std::string>() == displayFormatName(candidate))
@@ -321,7 +324,7 @@ private:
         m_dictionary->fail(path, At::Value, "\"format\" must be \"plain\", \"date\" or \"time\"");
     }
 
-    void readLabels(Variable& variable, Column& column, const nlohmann::ordered_json& labels,
+    void readLabels(Variable& variable, Column& column, const nlohmann::json& labels,
                     const Path& path) {
         column.labelled = true;
         if (labels.is_object()) {
@@ -351,7 +354,7 @@ private:
     }
 
     void addLabel(Variable& variable, Column& column, double value,
-                  const nlohmann::ordered_json& text, const Path& path) {
+                  const nlohmann::json& text, const Path& path) {
         if (!text.is_string())
             m_dictionary->fail(path, At::Value, "the text of a label must be a string");
         variable.labels[value] = text.get<std::string>();

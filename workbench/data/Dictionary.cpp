@@ -2,6 +2,7 @@
 
 #include "workbench/data/DataFile.h"
 #include "workbench/data/TextPosition.h"
+#include "workbench/text/Utf8.h"
 
 namespace wb {
 
@@ -114,12 +115,26 @@ private:
 };
 
 // nlohmann's message reads "[json.exception.parse_error.101] parse error at line 2, column
-// 7: syntax error while parsing value - invalid literal; ...": keep what follows the
-// position, which is ours to give in the usual form.
+// 7: syntax error while parsing value - invalid literal; last read: '...'": keep what
+// follows the position, which is ours to give in the usual form. What was last read may
+// hold the broken bytes that stopped the parser.
 std::string parseErrorText(const std::string& what) {
     const std::size_t column = what.find("column ");
     const std::size_t colon = column == std::string::npos ? column : what.find(": ", column);
-    return colon == std::string::npos ? what : what.substr(colon + 2);
+    return toValidUtf8(colon == std::string::npos ? what : what.substr(colon + 2));
+}
+
+// Where the number of nlohmann's "number overflow parsing '1e400'" stands in the text, and
+// the number; nlohmann gives no position for it.
+std::pair<std::size_t, std::string> overflowingNumber(std::string_view text,
+                                                      const std::string& what) {
+    const std::size_t open = what.find('\'');
+    const std::size_t close = open == std::string::npos ? open : what.find('\'', open + 1);
+    if (close == std::string::npos)
+        return {0, "a number"};
+    const std::string literal = what.substr(open + 1, close - open - 1);
+    const std::size_t offset = text.find(literal);
+    return {offset == std::string_view::npos ? 0 : offset, literal};
 }
 
 } // namespace
@@ -127,12 +142,16 @@ std::string parseErrorText(const std::string& what) {
 Dictionary::Dictionary(std::string_view text, std::string name)
     : m_text(text), m_name(std::move(name)) {
     try {
-        m_root = nlohmann::ordered_json::parse(m_text);
+        m_root = nlohmann::json::parse(m_text);
     } catch (const nlohmann::json::parse_error& error) {
         // `byte` counts the characters read, the faulty one included.
         const std::size_t offset = error.byte > 0 ? error.byte - 1 : 0;
         throw DataError(locatedMessage(m_name, m_text, offset,
                                        "invalid JSON: " + parseErrorText(error.what())));
+    } catch (const nlohmann::json::out_of_range& error) {
+        const auto [offset, number] = overflowingNumber(m_text, error.what());
+        throw DataError(locatedMessage(m_name, m_text, offset,
+                                       number + " is beyond the range of a number"));
     }
 }
 

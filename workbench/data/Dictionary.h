@@ -20,7 +20,7 @@ public:
     Dictionary(std::string_view text, std::string name);
 
     // Members keep the order of the text, so that checks report the first fault first.
-    const nlohmann::ordered_json& root() const { return m_root; }
+    const nlohmann::json& root() const { return m_root; }
 
     // Throws DataError located at the member at `path`: at its key, or at its value.
     enum class At { Key, Value };
@@ -29,7 +29,7 @@ public:
 private:
     std::string_view m_text;
     std::string m_name;
-    nlohmann::ordered_json m_root;
+    nlohmann::json m_root;
 };
 
 } // namespace wb

@@ -52,6 +52,7 @@ TEST(DataFileLoaderTest, ReadsCsvLayouts) {
         {"LF, no line break at the end", "A,B\n1,2\n3,4", {"A", "B"}, {{1, 2}, {3, 4}}},
         {"CRLF, a CR at the very end", "A,B\r\n1,2\r\n3,4\r", {"A", "B"}, {{1, 2}, {3, 4}}},
         {"byte order mark", "\xEF\xBB\xBF" "A,B\n1,2\n", {"A", "B"}, {{1, 2}}},
+        {"byte order marks of two editors", "\xEF\xBB\xBF\xEF\xBB\xBF" "A,B\n1,2\n", {"A", "B"}, {{1, 2}}},
         {"quoted names and numbers", "\"A\",\"B\"\r\n\"1\",\"2\"\r\n", {"A", "B"}, {{1, 2}}},
         {"blanks around fields and quotes", " A , B \n 1 , \"2\" \n", {"A", "B"}, {{1, 2}}},
         {"empty, quoted empty and NA are missing", "A,B,C\n,NA,\"\"\n", {"A", "B", "C"}, {{M, M, M}}},

@@ -92,6 +92,8 @@ TEST(LoadErrorsTest, MalformedDictionary) {
         {"missing code that a text has as its code", R"({"variables": {"C": {"missingCode": 2}}})", "1:37: missing code 2 of variable \"C\" is the code of its text \"v\""},
         // The last of duplicate keys is the one reported; also the unknown format.
         {"duplicate keys", R"({"variables": {"A": {"format": "date"}, "A": {"format": "week"}}})", "1:57: \"format\" must be \"plain\", \"date\" or \"time\""},
+        {"number beyond a double, at the number", R"({"variables": {"A": {"missingCode": 1e400}}})", "1:37: 1e400 is beyond the range of a number"},
+        {"broken byte in a string, shown as a replacement character", "{\"header\": \"\xFF\"}", "1:13: invalid JSON: syntax error while parsing value - invalid string: ill-formed UTF-8 byte; last read: '\"\xEF\xBF\xBD'"},
     };
     // clang-format on
     for (const Case& c : cases)
