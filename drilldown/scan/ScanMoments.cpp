@@ -75,8 +75,8 @@ void ScanMoments::Update(int begin, int end, double w) {
 
         Store(m_n + s, Load(m_n + s) + (valid ? one : zero));
         Store(m_weightedN + s, valid ? divisor : Load(m_weightedN + s));
-        Store(m_min + s, valid & (x < min) ? x : min);
-        Store(m_max + s, valid & (x > max) ? x : max);
+        Store(m_min + s, (valid & (x < min)) ? x : min);
+        Store(m_max + s, (valid & (x > max)) ? x : max);
         Store(m_mean + s, valid ? mean : oldMean);
         Store(m_ss + s, valid ? ss : Load(m_ss + s));
         Store(m_missingN + s, Load(m_missingN + s) + (counted ? one : zero));

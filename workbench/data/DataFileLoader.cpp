@@ -267,7 +267,7 @@ private:
             const int var = m_file.findVariable(name);
             if (var == 0) {
                 const bool caseNames = std::any_of(m_columns.begin(), m_columns.end(),
-                                                   [&](const Column& c) { return c.name == name; });
+                                                   [&key = name](const Column& c) { return c.name == key; });
                 m_dictionary->fail(path, At::Key,
                                    caseNames
                                        ? inQuotes(name) + " is the case-name column, not a variable"

@@ -213,14 +213,20 @@ private:
         }
     }
 
+    // Values are finite, as a CSV file's must be: a missing value is the missing code.
     void readRows(DataFile& file, std::uint32_t rows, std::uint32_t width) {
         std::vector<double> values(std::size_t(file.variableCount()));
         const char* at = m_bytes.data() + m_at;
         for (std::uint32_t r = 0; r < rows; ++r) {
             std::string caseName(unpadded(std::string_view(at, width)));
             at += width;
-            for (double& value : values) {
-                value = getDouble(at);
+            for (std::size_t v = 0; v < values.size(); ++v) {
+                values[v] = getDouble(at);
+                if (!std::isfinite(values[v]))
+                    fail(std::size_t(at - m_bytes.data()),
+                         "case " + std::to_string(r + 1) + " has " + numberText(values[v]) +
+                             " in variable " + file.variable(int(v) + 1).name +
+                             ", which is not a finite number");
                 at += DoubleBytes;
             }
             file.appendCase(values, std::move(caseName));

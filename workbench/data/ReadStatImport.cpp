@@ -341,6 +341,17 @@ private:
         if (const char* label = readstat_get_file_label(metadata))
             m_header = cutAtCharacter(withoutTrailingBlanks(label), MaxHeaderBytes);
         m_announcedCases = readstat_get_row_count(metadata);
+        m_formatVersion = readstat_get_file_format_version(metadata);
+    }
+
+    // The bytes a label set's name may take. ReadStat hands a Stata file's name straight
+    // from the file's fixed-width field, without a terminator when the field is full, so
+    // it is read no further than that field: 9 bytes before format 110, 33 before 118, 129
+    // from then on.
+    std::size_t labelSetNameLimit() const {
+        if (m_kind.family != Family::Stata)
+            return std::string::npos;
+        return m_formatVersion < 110 ? 9 : m_formatVersion < 118 ? 33 : 129;
     }
 
     void onVariable(readstat_variable_t* source, const char* labelSet) {
@@ -356,7 +367,7 @@ private:
         if (!column.isString)
             column.encoding = encodingOf(m_kind.family, readstat_variable_get_format(source));
         if (labelSet != nullptr)
-            column.labelSet = labelSet;
+            column.labelSet.assign(labelSet, ::strnlen(labelSet, labelSetNameLimit()));
         for (int i = 0; i < readstat_variable_get_missing_ranges_count(source); ++i)
             column.missingRanges.emplace_back(
                 readstat_double_value(readstat_variable_get_missing_range_lo(source, i)),
@@ -513,6 +524,7 @@ private:
     std::unordered_map<std::string, std::vector<ValueLabel>> m_labelSets;
     std::string m_header;
     long m_announcedCases = -1;
+    int m_formatVersion = 0;
     int m_weightIndex = -1;
     int m_caseIndex = -1;
     std::vector<double> m_case; // the case being read, one value per variable

@@ -151,6 +151,7 @@ TEST(NativeFileTest, RefusesMalformedFiles) {
         {"categorical flag 2", patched(151, "\x02"), "byte 151: categorical flag 2 of variable AGE is neither 0 nor 1"},
         {"infinite label value", patched(156, bits(inf)), "byte 156: a text label of variable AGE has a value that is not a finite number"},
         {"two labels of one value", patched(173, bits(1.0)), "byte 173: variable AGE has two text labels for the value 1"},
+        {"a value that is no finite number", patched(204, bits(-inf)), "byte 204: case 2 has -inf in variable AGE, which is not a finite number"},
         {"a row short", cut(201), "byte 190: the data area holds 11 bytes; 2 rows of 11 bytes need 22"},
         {"a byte too many", good + "x", "byte 190: the data area holds 23 bytes; 2 rows of 11 bytes need 22"},
     };
