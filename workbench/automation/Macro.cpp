@@ -210,6 +210,9 @@ void MacroRunner::run(const std::vector<MacroStatement>& statements) {
         }
         if (const std::string cause = problem(); !cause.empty())
             throw MacroError(where() + cause);
+        if (statement.kind == MacroStatement::Kind::Put && m_hooks.caution)
+            if (const std::string caution = m_hooks.caution(statement); !caution.empty())
+                m_out << "warning: " << where() << caution << '\n';
         if (printed)
             m_out << *printed << '\n';
     }

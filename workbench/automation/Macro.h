@@ -74,6 +74,9 @@ public:
         std::function<bool(int number)> close;
         // Brushes with those steps; why it could not, or empty.
         std::function<std::string(const std::vector<BrushingStep>& steps)> brush;
+        // Checked after a put that succeeded: what the object made of a value it took as it
+        // stands where a user would not expect it, or empty. Printed as a warning.
+        std::function<std::string(const MacroStatement& statement)> caution;
     };
 
     MacroRunner(Dispatcher& dispatcher, IDispatch* object, std::string name, Hooks hooks,

@@ -135,7 +135,7 @@ public:
 
 int runDump(const Arguments& arguments) {
     DrilledRun run(parseDumpArguments(arguments));
-    std::cout << stateToJson(run.analysis()).dump(2) << '\n';
+    std::cout << stateText(run.analysis()) << '\n';
     return ExitSuccess;
 }
 

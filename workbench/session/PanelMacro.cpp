@@ -1,5 +1,10 @@
 #include "workbench/session/PanelMacro.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <functional>
+#include <optional>
 #include <vector>
 
 #include "drilldown/resources/ControlIds.h"
@@ -41,6 +46,74 @@ std::string brushByMacro(AnalysisSession& session, const std::vector<BrushingSte
     return {};
 }
 
+bool isMember(const MacroStatement& statement, std::string_view member) {
+    return std::equal(statement.member.begin(), statement.member.end(), member.begin(),
+                      member.end(), [](char a, char b) {
+                          return std::tolower(static_cast<unsigned char>(a)) ==
+                                 std::tolower(static_cast<unsigned char>(b));
+                      });
+}
+
+// The number a put gives, when it is one (the panel reads "500" as 500 too).
+std::optional<double> putNumber(const MacroStatement& statement) {
+    const std::string text = macroValueText(statement.value);
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+// A number as a macro writes it: 2.5, 500.
+std::string macroNumberText(double number) {
+    char text[32];
+    const auto [end, error] = std::to_chars(text, text + sizeof text, number);
+    return std::string(text, error == std::errc() ? end : text);
+}
+
+// A category number that the panel keeps as it stands, though it names no category or
+// loses its fraction.
+std::string categoryCaution(const CDrillDown& analysis, double number) {
+    const CategorySet* categories = analysis.GetCurrentCategories();
+    if (categories == nullptr)
+        return {};
+    const auto count = static_cast<double>(categories->size());
+    if (number < 0 || number > count)
+        return "the current variable has categories 0 to " + macroNumberText(count - 1) +
+               " and the missing-data row " + macroNumberText(count) + "; " +
+               macroNumberText(number) + " names none of them";
+    if (number != std::trunc(number))
+        return macroNumberText(number) + " is no whole number; the panel takes category " +
+               macroNumberText(std::trunc(number));
+    return {};
+}
+
+// Boundaries that the panel stores unchecked, as a macro gives them, though categories
+// of boundaries out of order overlap.
+std::string boundariesCaution(const CDrillDown& analysis) {
+    const DrillSet* downs = analysis.GetDrillDowns();
+    const short variable = analysis.GetCurrentDrillDown();
+    if (downs == nullptr)
+        return {};
+    for (const Drill& record : *downs)
+        if (record.Variable == variable &&
+            std::adjacent_find(record.UserInterv.begin(), record.UserInterv.begin() + record.NU,
+                               std::greater_equal<double>()) !=
+                record.UserInterv.begin() + record.NU)
+            return "the boundaries are not in strictly ascending order; the panel keeps them as "
+                   "they are, and their categories overlap";
+    return {};
+}
+
+std::string putCaution(AnalysisSession& session, const MacroStatement& statement) {
+    if (isMember(statement, "DrillDownCategory"))
+        if (const std::optional<double> number = putNumber(statement))
+            return categoryCaution(session.analysis(), *number);
+    if (isMember(statement, "UserDefinedBoundaries"))
+        return boundariesCaution(session.analysis());
+    return {};
+}
+
 } // namespace
 
 void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::string& name,
@@ -61,7 +134,7 @@ void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::str
         ~Driving() { document.endMacro(); }
     } driving(session.analysisDocument());
     std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
-    MacroRunner::Hooks hooks{[&] { return stateToJson(session.analysis()).dump(2); },
+    MacroRunner::Hooks hooks{[&] { return stateText(session.analysis()); },
                              [&] { return statementProblem(session, modalsSeen); },
                              [&](int number) {
                                  if (session.documents().find(number) == nullptr)
@@ -71,6 +144,9 @@ void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::str
                              },
                              [&](const std::vector<BrushingStep>& steps) {
                                  return brushByMacro(session, steps);
+                             },
+                             [&](const MacroStatement& statement) {
+                                 return putCaution(session, statement);
                              }};
     MacroRunner(dispatcher, panel, name, hooks, out).run(statements);
 }

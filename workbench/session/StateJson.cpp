@@ -1,12 +1,22 @@
 #include "StateJson.h"
 
+#include <cmath>
+
 namespace wb {
 
 namespace {
 
+nlohmann::ordered_json number(double value) {
+    if (std::isnan(value))
+        return "NaN";
+    if (std::isinf(value))
+        return value > 0 ? "Infinity" : "-Infinity";
+    return value;
+}
+
 nlohmann::ordered_json categoryToJson(const Categories& c) {
-    return {{"Kind", c.Kind}, {"Count", c.Count}, {"Upper", c.Upper}, {"Name", c.Name},
-            {"Lower", c.Lower}};
+    return {{"Kind", c.Kind}, {"Count", number(c.Count)}, {"Upper", number(c.Upper)},
+            {"Name", c.Name}, {"Lower", number(c.Lower)}};
 }
 
 nlohmann::ordered_json recordToJson(const Drill& d) {
@@ -15,21 +25,23 @@ nlohmann::ordered_json recordToJson(const Drill& d) {
     record["Type"] = d.Type;
     record["Name"] = d.Name;
     record["N"] = d.N;
-    record["WeightedN"] = d.WeightedN;
+    record["WeightedN"] = number(d.WeightedN);
     record["MissingN"] = d.MissingN;
-    record["MCount"] = d.MCount;
-    record["Min"] = d.Min;
-    record["Max"] = d.Max;
-    record["Mean"] = d.Mean;
-    record["SS"] = d.SS;
+    record["MCount"] = number(d.MCount);
+    record["Min"] = number(d.Min);
+    record["Max"] = number(d.Max);
+    record["Mean"] = number(d.Mean);
+    record["SS"] = number(d.SS);
     record["Method"] = d.Method;
     record["ExactN"] = d.ExactN;
     record["NeatN"] = d.NeatN;
-    record["Step"] = d.Step;
-    record["Start"] = d.Start;
+    record["Step"] = number(d.Step);
+    record["Start"] = number(d.Start);
     record["AtMinimum"] = d.AtMinimum;
-    record["UserInterv"] = std::vector<double>(d.UserInterv.begin(),
-                                               d.UserInterv.begin() + std::max(0, d.NU));
+    nlohmann::ordered_json limits = nlohmann::ordered_json::array();
+    for (int k = 0; k < d.NU; ++k)
+        limits.push_back(number(d.UserInterv[k]));
+    record["UserInterv"] = std::move(limits);
     record["NU"] = d.NU;
     record["Isset"] = d.Isset;
     record["Order"] = d.Order;
@@ -58,6 +70,10 @@ nlohmann::ordered_json stateToJson(const CDrillDown& analysis) {
     state["DrillUps"] = recordsToJson(analysis.GetDrillUps());
     state["Reviews"] = recordsToJson(analysis.GetReviews());
     return state;
+}
+
+std::string stateText(const CDrillDown& analysis) {
+    return stateToJson(analysis).dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 } // namespace wb

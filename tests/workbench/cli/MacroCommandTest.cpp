@@ -128,6 +128,38 @@ TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
     }
 }
 
+// Values that the panel takes as they stand, though they surprise: the run goes on and says
+// what the panel made of them.
+TEST_F(MacroCommand, ValuesTakenAsTheyStandAreWarnedOf) {
+    const struct {
+        const char* macro;
+        const char* warning; // empty: none
+    } cases[] = {
+        {"DrillDownCategory = 500", "500 names none of them"},
+        {"DrillDownCategory = \"7\"", "the current variable has categories 0 to 1 and the "
+                                       "missing-data row 2; 7 names none of them"},
+        {"DrillDownCategory = 1.7", "1.7 is no whole number; the panel takes category 1"},
+        {"DrillDownCategory = 2", ""},
+        {"DrillDownCategory = \"Homme\"", ""},
+        {"DrillDownVariable = 3\nUserDefinedBoundaries = \"3000 100\"",
+         "the boundaries are not in strictly ascending order"},
+        {"DrillDownVariable = 3\nUserDefinedBoundaries = \"10 10\"",
+         "the boundaries are not in strictly ascending order"},
+        {"DrillDownVariable = 3\nUserDefinedBoundaries = \"10 20.5 30\"", ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.macro);
+        const CliRun result = run("Variables = \"SEX | AGE\"\nDrillDownVariable = 2\n" +
+                                  std::string(c.macro) + "\n");
+        ASSERT_EQ(result.status, 0) << result.err;
+        const std::size_t warning = result.out.find("warning: ");
+        if (*c.warning == '\0')
+            EXPECT_EQ(warning, std::string::npos) << result.out;
+        else
+            EXPECT_NE(result.out.find(c.warning, warning), std::string::npos) << result.out;
+    }
+}
+
 TEST_F(MacroCommand, WrongCommandLines) {
     const struct {
         const char* arguments;

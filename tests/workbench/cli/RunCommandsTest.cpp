@@ -111,3 +111,19 @@ TEST(RunCommands, AFailedWriteIsNeverReportedAsSuccess) {
         }
     }
 }
+
+// Moments of values near 1e308 overflow in the module's arithmetic; the dump says so with
+// JSON strings where null would read as "no value".
+TEST(RunCommands, DumpWritesOverflowedMomentsAsWords) {
+    const wb::testing::TempDir dir;
+    const std::string data = dir.write("big.csv", "X\n1e308\n-1.5e308\n1.7e308\n");
+    const CliRun run = runCli("dump " + data + " --down '| X'");
+    ASSERT_EQ(run.status, 0) << run.err;
+    const nlohmann::json record = nlohmann::json::parse(run.out)["DrillDowns"][0];
+    EXPECT_EQ(record["Max"], 1.7e308);
+    for (const char* moment : {"Mean", "SS"}) {
+        ASSERT_TRUE(record[moment].is_string()) << moment << ": " << record[moment];
+        EXPECT_TRUE(record[moment] == "NaN" || record[moment].get<std::string>().ends_with("Infinity"))
+            << moment << ": " << record[moment];
+    }
+}
