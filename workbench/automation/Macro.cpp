@@ -7,9 +7,16 @@
 #include <istream>
 #include <ostream>
 
+#include "workbench/text/Utf8.h"
+
 namespace wb {
 
 namespace {
+
+// Text of the macro file in a message: in quotes, every byte shown.
+std::string quoted(std::string_view text) {
+    return "\"" + visibleText(text) + "\"";
+}
 
 std::string_view trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r");
@@ -85,8 +92,8 @@ COleVariant parseValue(std::string_view text, BstrAllocator& strings) {
     double real = 0;
     if (readNumber(digits, real) && std::isfinite(real))
         return COleVariant(real);
-    throw std::invalid_argument("\"" + std::string(text) +
-                                "\" is no value: write text in double quotes, a number, True or "
+    throw std::invalid_argument(quoted(text) +
+                                " is no value: write text in double quotes, a number, True or "
                                 "False");
 }
 
@@ -100,11 +107,11 @@ std::vector<BrushingStep> parseBrushingSteps(std::string_view text) {
         if (sameWord(item, "Up")) {
             step.kind = BrushingStep::Kind::DrillUp;
         } else {
-            const auto [end, error] = std::from_chars(item.data(), item.data() + item.size(), step.bar);
+            const auto [end, error] =
+                std::from_chars(item.data(), item.data() + item.size(), step.bar);
             if (item.empty() || error != std::errc() || end != item.data() + item.size() ||
                 step.bar < 1)
-                throw std::invalid_argument("\"" + std::string(item) +
-                                            "\" is neither a bar number nor Up");
+                throw std::invalid_argument(quoted(item) + " is neither a bar number nor Up");
         }
         steps.push_back(step);
         start = comma + 1;
@@ -149,7 +156,7 @@ MacroStatement parseStatement(std::string_view text, BstrAllocator& strings) {
         }
     }
     if (!isMemberName(statement.member))
-        throw std::invalid_argument("\"" + statement.member + "\" is no member name");
+        throw std::invalid_argument(quoted(statement.member) + " is no member name");
     return statement;
 }
 
@@ -166,8 +173,8 @@ std::vector<MacroStatement> parseMacro(std::istream& input, const std::string& n
         try {
             statements.push_back(parseStatement(text, strings));
         } catch (const std::invalid_argument& error) {
-            throw MacroError(name + ":" + std::to_string(number) + ": " + std::string(text) +
-                             ": " + error.what());
+            throw MacroError(name + ":" + std::to_string(number) + ": " + visibleText(text) + ": " +
+                             error.what());
         }
         statements.back().line = number;
     }
@@ -197,7 +204,8 @@ std::string macroValueText(const VARIANT& value) {
 void MacroRunner::run(const std::vector<MacroStatement>& statements) {
     for (const MacroStatement& statement : statements) {
         const auto where = [&] {
-            return m_name + ":" + std::to_string(statement.line) + ": " + statement.text + ": ";
+            return m_name + ":" + std::to_string(statement.line) + ": " +
+                   visibleText(statement.text) + ": ";
         };
         const auto problem = [&] { return m_hooks.problem ? m_hooks.problem() : std::string(); };
         std::optional<std::string> printed;
@@ -244,8 +252,7 @@ std::optional<std::string> MacroRunner::runOne(const MacroStatement& statement) 
     case MacroStatement::Kind::Close:
         if (!m_hooks.close || !m_hooks.close(statement.document))
             throw AutomationError("Close", E_INVALIDARG,
-                                  "no document " + std::to_string(statement.document) +
-                                      " is open",
+                                  "no document " + std::to_string(statement.document) + " is open",
                                   {});
         return {};
     }

@@ -23,7 +23,7 @@ TextPosition positionOf(std::string_view text, std::size_t offset) {
 
 std::string inQuotes(std::string_view text) {
     std::string quoted(1, '"');
-    quoted.append(text);
+    quoted.append(visibleText(text));
     quoted.push_back('"');
     return quoted;
 }

@@ -16,7 +16,7 @@ struct TextPosition {
 // The position of byte `offset` of `text`; an offset past the end is the end.
 TextPosition positionOf(std::string_view text, std::size_t offset);
 
-// `text` in double quotes, as messages show names and field contents.
+// `text` in double quotes, as messages show names and field contents (see visibleText).
 std::string inQuotes(std::string_view text);
 
 // "NAME:LINE:COLUMN: message", the form of every message about a file's content.

@@ -134,20 +134,17 @@ void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::str
         ~Driving() { document.endMacro(); }
     } driving(session.analysisDocument());
     std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
-    MacroRunner::Hooks hooks{[&] { return stateText(session.analysis()); },
-                             [&] { return statementProblem(session, modalsSeen); },
-                             [&](int number) {
-                                 if (session.documents().find(number) == nullptr)
-                                     return false;
-                                 session.documents().close(number);
-                                 return true;
-                             },
-                             [&](const std::vector<BrushingStep>& steps) {
-                                 return brushByMacro(session, steps);
-                             },
-                             [&](const MacroStatement& statement) {
-                                 return putCaution(session, statement);
-                             }};
+    MacroRunner::Hooks hooks{
+        [&] { return stateText(session.analysis()); },
+        [&] { return statementProblem(session, modalsSeen); },
+        [&](int number) {
+            if (session.documents().find(number) == nullptr)
+                return false;
+            session.documents().close(number);
+            return true;
+        },
+        [&](const std::vector<BrushingStep>& steps) { return brushByMacro(session, steps); },
+        [&](const MacroStatement& statement) { return putCaution(session, statement); }};
     MacroRunner(dispatcher, panel, name, hooks, out).run(statements);
 }
 

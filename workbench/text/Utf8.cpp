@@ -92,4 +92,33 @@ std::string toValidUtf8(std::string_view text) {
     return out;
 }
 
+std::string visibleText(std::string_view text) {
+    std::string out;
+    for (const char c : toValidUtf8(text)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x20 && byte != 0x7F) {
+            out += c;
+            continue;
+        }
+        switch (c) {
+        case '\t':
+            out += "\\t";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        default: {
+            static constexpr char Hex[] = "0123456789ABCDEF";
+            out += "\\x";
+            out += Hex[byte >> 4];
+            out += Hex[byte & 0xF];
+        }
+        }
+    }
+    return out;
+}
+
 } // namespace wb

@@ -27,4 +27,9 @@ bool isValidUtf8(std::string_view text);
 // cut at the end dropped.
 std::string toValidUtf8(std::string_view text);
 
+// `text` as a message shows it whole: valid UTF-8 (see toValidUtf8), and control characters,
+// NUL among them, written as \t, \n, \r or \xNN, so that none cuts the message short or
+// moves the terminal's cursor.
+std::string visibleText(std::string_view text);
+
 } // namespace wb

@@ -54,9 +54,10 @@ TEST_F(MacroTest, StatementsOfEachForm) {
 
 TEST_F(MacroTest, WrongLinesNameTheMacroLineAndStatement) {
     const struct {
-        const char* line;
+        std::string line;
         const char* message;
     } cases[] = {
+        {std::string("Drill\0Down", 10), "tour.ddm:2: Drill\\x00Down: \"Drill\\x00Down\" is no member name"},
         {"Variables = \"REGION", "tour.ddm:2: Variables = \"REGION: the text has no closing quote"},
         {"Variables = \"A\" B", "tour.ddm:2: Variables = \"A\" B: something follows the closing quote"},
         {"Count =", "tour.ddm:2: Count =: a value is missing after \"=\""},
@@ -71,7 +72,7 @@ TEST_F(MacroTest, WrongLinesNameTheMacroLineAndStatement) {
     };
     for (const auto& c : cases) {
         try {
-            parse(std::string("DrillDown\n") + c.line + "\nDrillUp\n");
+            parse("DrillDown\n" + c.line + "\nDrillUp\n");
             ADD_FAILURE() << c.line << " was accepted";
         } catch (const wb::MacroError& error) {
             EXPECT_EQ(std::string(error.what()), c.message);
