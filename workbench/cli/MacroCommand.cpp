@@ -9,6 +9,7 @@
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
+#include "workbench/data/WholeFile.h"
 #include "workbench/session/MacroRecorder.h"
 #include "workbench/session/PanelMacro.h"
 #include "workbench/session/WindowLayout.h"
@@ -71,20 +72,19 @@ void restoreLayout(AnalysisSession& session, const std::string& path) {
     }
 }
 
-void writeRecording(const std::string& macro, const std::string& path) {
-    std::ofstream output(path);
-    if (!(output << macro) || !output.flush())
-        throw DataError(path + ": cannot be written");
+void writeText(const std::string& path, const std::string& text) {
+    if (const std::string reason = writeWholeFile(path, text); !reason.empty())
+        throw DataError(path + ": cannot be written: " + reason);
 }
 
 void saveLayout(AnalysisSession& session, const std::string& path) {
+    std::string layout;
     try {
-        std::ofstream output(path);
-        if (!(output << windowLayout(session) << '\n') || !output.flush())
-            throw DataError(path + ": cannot be written");
+        layout = windowLayout(session);
     } catch (const LayoutError& error) {
         throw DataError(path + ": " + error.what());
     }
+    writeText(path, layout + '\n');
 }
 
 int runMacroFile(const MacroOptions& options, std::ostream& out) {
@@ -104,7 +104,7 @@ int runMacroFile(const MacroOptions& options, std::ostream& out) {
     }
     recorder.stop();
     if (options.record)
-        writeRecording(recorder.text(options.setup.file), *options.record);
+        writeText(*options.record, recorder.text(options.setup.file));
     // The windows of a layout come back for the variables and subset the macro set up.
     if (options.layout)
         restoreLayout(session, *options.layout);

@@ -1,4 +1,5 @@
 #include "workbench/data/NativeFile.h"
+#include "workbench/data/WholeFile.h"
 
 #include <bit>
 #include <cerrno>
@@ -8,7 +9,6 @@
 #include <cstring>
 #include <filesystem>
 
-#include <unistd.h>
 
 namespace wb {
 
@@ -386,29 +386,8 @@ void writeNativeFile(const DataFile& file, const std::string& path,
     } catch (const DataError& error) {
         throw DataError(path + ": " + error.what());
     }
-    // Beside the target, so that the rename stays on one file system and is atomic.
-    const std::filesystem::path target(path);
-    const std::filesystem::path temporary =
-        target.parent_path() /
-        ("." + target.filename().string() + ".tmp-" + std::to_string(::getpid()));
-    std::FILE* out = std::fopen(temporary.c_str(), "wbx");
-    if (out == nullptr)
-        throw DataError(path + ": cannot write the file: " + systemError());
-    std::string reason;
-    if (std::fwrite(bytes.data(), 1, bytes.size(), out) != bytes.size())
-        reason = systemError();
-    if (std::fclose(out) != 0 && reason.empty())
-        reason = systemError();
-    if (reason.empty()) {
-        std::error_code renameError;
-        std::filesystem::rename(temporary, target, renameError);
-        if (!renameError)
-            return;
-        reason = renameError.message();
-    }
-    std::error_code ignored;
-    std::filesystem::remove(temporary, ignored);
-    throw DataError(path + ": cannot write the file: " + reason);
+    if (const std::string reason = writeWholeFile(path, bytes); !reason.empty())
+        throw DataError(path + ": cannot write the file: " + reason);
 }
 
 } // namespace wb

@@ -13,6 +13,7 @@
 
 #include "drilldown/resources/ControlIds.h"
 #include "workbench/data/DataFileLoader.h"
+#include "workbench/data/WholeFile.h"
 #include "workbench/desktop/DataDialogs.h"
 #include "workbench/desktop/DataView.h"
 #include "workbench/documents/TableCsv.h"
@@ -194,13 +195,17 @@ int MainWindow::runMacro(const QString& path) {
 void MainWindow::startRecording() { m_recorder.start(); }
 
 bool MainWindow::stopRecording(const QString& path) {
-    std::ofstream output(path.toStdString());
-    if (!(output << m_recorder.text(m_session.file().path())) || !output.flush()) {
-        tellProblem(path, QStringLiteral("le fichier ne peut pas être écrit"));
+    if (!writeOrTell(path, m_recorder.text(m_session.file().path())))
         return false;
-    }
     m_recorder.stop();
     return true;
+}
+
+bool MainWindow::writeOrTell(const QString& path, std::string_view content) {
+    const std::string reason = writeWholeFile(path.toStdString(), content);
+    if (!reason.empty())
+        tellProblem(path, QStringLiteral("le fichier ne peut pas être écrit : ") + qtext(reason));
+    return reason.empty();
 }
 
 void MainWindow::tellProblem(const QString& path, const QString& problem) {
@@ -217,10 +222,7 @@ bool MainWindow::saveLayout(const QString& path) {
         return false;
     }
     try {
-        std::ofstream output(path.toStdString());
-        if (output << windowLayout(m_session) << '\n' && output.flush())
-            return true;
-        tellProblem(path, QStringLiteral("le fichier ne peut pas être écrit"));
+        return writeOrTell(path, windowLayout(m_session) + '\n');
     } catch (const LayoutError& error) {
         tellProblem(path, qtext(error.what()));
     }
@@ -285,12 +287,7 @@ bool MainWindow::exportDocument(int id, const QString& path) {
                               : QStringLiteral("ce document ne s'exporte pas en ") + extension);
         return false;
     }
-    std::ofstream output(path.toStdString(), std::ios::binary);
-    if (!(output << content) || !output.flush()) {
-        tellProblem(path, QStringLiteral("le fichier ne peut pas être écrit"));
-        return false;
-    }
-    return true;
+    return writeOrTell(path, content);
 }
 
 bool MainWindow::openFile(const QString& path) {

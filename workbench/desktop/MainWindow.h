@@ -78,6 +78,8 @@ private:
     void writeScreenshots(const QString& folder);
     // A message about `path`, on standard error in a scripted run.
     void tellProblem(const QString& path, const QString& problem);
+    // Writes the file all or nothing; false, with the reason told, when it could not.
+    bool writeOrTell(const QString& path, std::string_view content);
 
     DesktopFrontEnd m_frontEnd{this};
     DesktopSettings m_settings;

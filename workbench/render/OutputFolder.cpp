@@ -1,14 +1,12 @@
 #include "workbench/render/OutputFolder.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
 #include <utility>
 
-#include <unistd.h>
-
+#include "workbench/data/WholeFile.h"
 #include "workbench/documents/GraphJson.h"
 #include "workbench/documents/TableHtml.h"
 #include "workbench/documents/TableJson.h"
@@ -70,10 +68,6 @@ std::pair<char32_t, std::size_t> codePoint(std::string_view text, std::size_t po
            (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
         ++end;
     return {0xFFFD, end - pos};
-}
-
-std::string systemReason(int error) {
-    return std::generic_category().message(error);
 }
 
 std::string numbered(int number) {
@@ -176,29 +170,9 @@ std::vector<std::string> OutputFolder::stems() const {
 }
 
 void OutputFolder::writeFile(const std::string& name, std::string_view content) const {
-    const std::filesystem::path target = m_folder / name;
-    const std::filesystem::path temp =
-        m_folder / ("." + name + ".tmp" + std::to_string(::getpid()));
-    int error = 0;
-    if (std::FILE* file = std::fopen(temp.c_str(), "wb"); file == nullptr) {
-        error = errno;
-    } else {
-        if (std::fwrite(content.data(), 1, content.size(), file) != content.size())
-            error = errno != 0 ? errno : EIO;
-        if (std::fclose(file) != 0 && error == 0) // a full disk may only show here
-            error = errno != 0 ? errno : EIO;
-    }
-    if (error == 0) {
-        std::error_code renamed;
-        std::filesystem::rename(temp, target, renamed);
-        error = renamed.value();
-    }
-    if (error == 0)
-        return;
-    std::error_code ignored;
-    std::filesystem::remove(temp, ignored);
-    throw OutputError("cannot write " + name + " in the output folder '" + m_folder.string() +
-                      "': " + systemReason(error));
+    if (const std::string reason = writeWholeFile(m_folder / name, content); !reason.empty())
+        throw OutputError("cannot write " + name + " in the output folder '" + m_folder.string() +
+                          "': " + reason);
 }
 
 void OutputFolder::writeFiles(
