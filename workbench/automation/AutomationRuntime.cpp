@@ -206,6 +206,11 @@ std::vector<IID> AutomationRuntime::registeredInterfaces() const {
     return m_registry.interfaceIds();
 }
 
+std::vector<RegisteredLibrary> AutomationRuntime::registeredLibraries() const {
+    std::lock_guard lock(m_mutex);
+    return m_registry.libraries();
+}
+
 bool AutomationRuntime::registeredLibrary(REFGUID libId, RegisteredLibrary* library) const {
     std::lock_guard lock(m_mutex);
     const RegisteredLibrary* found = m_registry.library(libId);

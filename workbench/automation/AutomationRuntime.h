@@ -51,6 +51,8 @@ public:
     std::vector<std::string> memberNames() const;
     // The interfaces of all registered libraries.
     std::vector<IID> registeredInterfaces() const;
+    // Copies of every registered library, in the order of registration.
+    std::vector<RegisteredLibrary> registeredLibraries() const;
     // A copy of a registered library; false when there is none.
     bool registeredLibrary(REFGUID libId, RegisteredLibrary* library) const;
 

@@ -55,6 +55,7 @@ public:
     HRESULT remove(REFGUID libId);
 
     const RegisteredLibrary* library(REFGUID libId) const;
+    const std::vector<RegisteredLibrary>& libraries() const { return m_libraries; }
     const RegisteredInterface* findInterface(REFIID iid) const;
     std::vector<IID> interfaceIds() const;
 
