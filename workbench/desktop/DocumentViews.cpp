@@ -74,24 +74,28 @@ void TableModel::countDecimals() {
 
 TableView::TableView(const DocumentStore& store, int id, QWidget* parent)
     : QWidget(parent), m_store(store), m_id(id), m_model(new TableModel(store, id, this)),
-      m_subtitle(new QLabel(this)) {
+      m_subtitle(new QLabel(this)), m_note(new QLabel(this)) {
     auto* table = new QTableView(this);
     table->setModel(m_model);
     table->setSortingEnabled(false); // rows stay in the order the module gave them
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_subtitle);
     layout->addWidget(table);
+    m_note->setWordWrap(true);
+    layout->addWidget(m_note);
     refresh();
     table->resizeColumnsToContents();
 }
 
 void TableView::refresh() {
     m_model->refresh();
-    const Document* document = m_store.find(m_id);
-    const std::string subtitle =
-        document != nullptr && document->isTable() ? document->table().subtitle : std::string();
-    m_subtitle->setText(qtext(subtitle));
-    m_subtitle->setVisible(!subtitle.empty());
+    const TableDocument* shown = m_model->table();
+    const auto showText = [](QLabel* label, const std::string& text) {
+        label->setText(qtext(text));
+        label->setVisible(!text.empty());
+    };
+    showText(m_subtitle, shown != nullptr ? shown->subtitle : std::string());
+    showText(m_note, shown != nullptr ? shown->note : std::string());
 }
 
 GraphView::GraphView(const DocumentStore& store, int id, QWidget* parent)

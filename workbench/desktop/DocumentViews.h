@@ -28,9 +28,10 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     // The document was replaced: everything is read again.
     void refresh();
+    // The table shown; null once its document is gone.
+    const TableDocument* table() const;
 
 private:
-    const TableDocument* table() const;
     // The decimals each column shows (CellText.h), counted when the table changes.
     void countDecimals();
 
@@ -51,6 +52,7 @@ private:
     int m_id;
     TableModel* m_model;
     QLabel* m_subtitle;
+    QLabel* m_note;
 };
 
 // A graph document drawn as its pictures are, scaled to fit the widget, with the tooltip of

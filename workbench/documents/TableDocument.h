@@ -43,6 +43,9 @@ struct TableDocument {
     std::string title;
     std::string subtitle;
     std::string rowHeading; // the text above the row names
+    // The workbench's word under the table on what its numbers are (their weighting), where
+    // the module's headings do not say it; empty for none.
+    std::string note;
     std::vector<TableColumn> columns;
     std::vector<TableRow> rows;
 };

@@ -15,6 +15,7 @@ h1 { font-size: 1.4em; }
 h2 { font-size: 1.15em; margin-bottom: 0.2em; }
 h2 .number { color: #888; font-weight: normal; }
 .subtitle { color: #555; margin-top: 0; }
+.note { color: #555; font-size: 90%; }
 section.table, section.graph { margin-bottom: 2.5em; }
 figure { margin: 0; }
 figure object, figure img { max-width: 100%; height: auto; }
@@ -90,7 +91,10 @@ std::string tableHtml(const TableDocument& table) {
         }
         html += "</tr>\n";
     }
-    html += "</tbody>\n</table>\n</section>\n";
+    html += "</tbody>\n</table>\n";
+    if (!table.note.empty())
+        html += "<p class=\"note\">" + htmlText(table.note) + "</p>\n";
+    html += "</section>\n";
     return html;
 }
 

@@ -52,6 +52,8 @@ nlohmann::ordered_json tableJson(const TableDocument& table) {
     json["rowHeading"] = table.rowHeading;
     json["columns"] = std::move(columns);
     json["rows"] = std::move(rows);
+    if (!table.note.empty())
+        json["note"] = table.note;
     return json;
 }
 

@@ -93,6 +93,7 @@ short OutputService::looka4(void* values, char* texts, const char* colFormat, co
         }
         if (m_vmk != nullptr)
             table.rowHeading = fieldText(m_vmk->RowHeading, sizeof m_vmk->RowHeading);
+        table.note = weightNote();
 
         const auto rowCount = static_cast<std::size_t>(rows);
         table.columns.resize(static_cast<std::size_t>(cols));
@@ -375,6 +376,18 @@ int OutputService::Histogram3D(unsigned short kind, short x, short y, short, sho
         m_lastError = error.what();
         return 0;
     }
+}
+
+// The module's "Effectif" reads as a number of cases; while a weight is in force it is a sum
+// of weights, and the means are weighted too.
+std::string OutputService::weightNote() const {
+    if (m_file == nullptr || m_file->weightVariable() == 0)
+        return {};
+    const std::string rounding = caseWeights() == CaseWeights::Whole
+                                     ? "arrondis à l'entier, « Moments pondérés » étant désactivé"
+                                     : "tels quels, « Moments pondérés » étant activé";
+    return "Effectifs et moyennes pondérés par " +
+           m_file->variable(m_file->weightVariable()).name + " (poids " + rounding + ").";
 }
 
 void OutputService::setAutomation(HostAutomation* automation) {

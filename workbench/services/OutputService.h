@@ -138,6 +138,8 @@ public:
 
 private:
     CaseWeights caseWeights() const;
+    // What the tables' numbers are under the weight in force; empty without one.
+    std::string weightNote() const;
     // The text of a field of `width` bytes, decoded as told above.
     std::string fieldText(const char* field, int width) const;
     // The same for a C string; empty for null.

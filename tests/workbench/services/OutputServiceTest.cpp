@@ -127,3 +127,37 @@ TEST_F(OutputServiceTest, RefusesArgumentsThatDescribeNoTable) {
 }
 
 } // namespace
+
+namespace {
+
+// A weighted "Effectif" reads as a number of cases; the table says what it is.
+TEST_F(OutputServiceTest, TablesSayWhatTheirWeightsAre) {
+    wb::DataFile file;
+    for (const char* name : {"AGE", "POIDS"}) {
+        wb::Variable variable;
+        variable.name = name;
+        file.addVariable(variable);
+    }
+    file.appendCase({30, 1.5});
+    output.setDataFile(&file);
+    const struct {
+        int weight;
+        wb::CaseWeights rule;
+        std::string note;
+    } cases[] = {
+        {0, wb::CaseWeights::Whole, ""},
+        {2, wb::CaseWeights::Whole, "Effectifs et moyennes pondérés par POIDS (poids arrondis à "
+                                    "l'entier, « Moments pondérés » étant désactivé)."},
+        {2, wb::CaseWeights::AsGiven, "Effectifs et moyennes pondérés par POIDS (poids tels "
+                                      "quels, « Moments pondérés » étant activé)."},
+    };
+    for (const auto& c : cases) {
+        file.setWeightVariable(c.weight);
+        output.setWeightRule([&] { return c.rule; });
+        ModuleTable table(1, 1);
+        ASSERT_EQ(table.emit(output), 1);
+        EXPECT_EQ(output.documents().back().table().note, c.note);
+    }
+}
+
+} // namespace
