@@ -102,4 +102,21 @@ std::string cellText(const TableCell& cell, ColumnFormat format) {
     return {};
 }
 
+std::string shortNumber(double value) {
+    if (!std::isfinite(value))
+        return {};
+    if (std::fabs(value - std::round(value)) < 1e-9 && std::fabs(value) < 1e15)
+        return numberText(std::round(value), ColumnFormat::Whole);
+    char text[32];
+    std::snprintf(text, sizeof text, std::fabs(value) < 0.01 ? "%.2g" : "%.2f", value);
+    std::string out = text;
+    if (out.find('.') != std::string::npos && out.find('e') == std::string::npos) {
+        while (out.back() == '0')
+            out.pop_back();
+        if (out.back() == '.')
+            out.pop_back();
+    }
+    return out;
+}
+
 } // namespace wb

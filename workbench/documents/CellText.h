@@ -31,4 +31,8 @@ int columnDecimals(const TableDocument& table, std::size_t column);
 // numberText for huge and tiny values), anything else as cellText.
 std::string cellText(const TableCell& cell, ColumnFormat format, int decimals);
 
+// A count or a share in a picture: whole numbers whole, others with two decimals at most,
+// trailing zeros dropped; empty for a value that is not finite.
+std::string shortNumber(double value);
+
 } // namespace wb

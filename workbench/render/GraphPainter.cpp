@@ -64,25 +64,6 @@ bool axisSet(const GraphAxis& axis) {
     return std::isfinite(axis.min) && std::isfinite(axis.max) && axis.min < axis.max;
 }
 
-// A count or a share as a reader wants it: whole numbers whole, others with two decimals
-// at most.
-std::string shortNumber(double value) {
-    if (!std::isfinite(value))
-        return {};
-    if (std::fabs(value - std::round(value)) < 1e-9 && std::fabs(value) < 1e15)
-        return numberText(std::round(value), ColumnFormat::Whole);
-    char text[32];
-    std::snprintf(text, sizeof text, std::fabs(value) < 0.01 ? "%.2g" : "%.2f", value);
-    std::string out = text;
-    if (out.find('.') != std::string::npos && out.find('e') == std::string::npos) {
-        while (out.back() == '0')
-            out.pop_back();
-        if (out.back() == '.')
-            out.pop_back();
-    }
-    return out;
-}
-
 // One decimal always, so that shares line up in a column.
 std::string percentText(double value) {
     char text[32];
@@ -734,17 +715,78 @@ void GraphPainter::drawScatter(const QRectF& area) {
     const auto columns = static_cast<double>(matrix.columns.size());
     const auto rows = static_cast<double>(matrix.rows.size());
     const double gap = 6;
-    const double cell = std::min((area.width() - gap * (columns - 1)) / columns,
-                                 (area.height() - gap * (rows - 1)) / rows);
-    const QPointF origin(area.left() + (area.width() - cell * columns - gap * (columns - 1)) / 2,
-                         area.top());
+    // A first guess of the cell size chooses the font; the ticks of the outer panels then
+    // take their room on the left and at the bottom.
+    const double roughCell = std::min(area.width() / columns, area.height() / rows);
+    const QFont smallFont = font(roughCell < 120 ? 9 : 11);
+    const QFontMetricsF smallMetrics(smallFont);
+    const double badgeHeight = smallMetrics.height() + 2;
+    constexpr int WantedTicks = 4;
+    const auto ticksOf = [&](const GraphVariable& v) {
+        return std::isfinite(v.min) && std::isfinite(v.max)
+                   ? axisTicks(GraphAxis{}, v.min, v.max, WantedTicks)
+                   : std::vector<AxisLabel>();
+    };
+    double tickWidth = 0;
+    for (const GraphVariable& v : matrix.rows)
+        tickWidth = std::max(tickWidth, widestText(ticksOf(v), smallMetrics));
+    const QRectF panels = area.adjusted(tickWidth + 8, 0, 0, -(smallMetrics.height() + 8));
+    const double cell = std::min((panels.width() - gap * (columns - 1)) / columns,
+                                 (panels.height() - gap * (rows - 1)) / rows);
+    const QPointF origin(panels.left() + (panels.width() - cell * columns - gap * (columns - 1)) / 2,
+                         panels.top());
     const auto cellRect = [&](std::size_t row, std::size_t column) {
         return QRectF(origin.x() + column * (cell + gap), origin.y() + row * (cell + gap), cell,
                       cell);
     };
+    // Points keep a margin from the frame and from the strip above them, and their range a
+    // little room, so that no point touches a line.
+    const auto innerRect = [&](std::size_t row, std::size_t column) {
+        return cellRect(row, column).adjusted(5, badgeHeight + 5, -5, -5);
+    };
+    const auto padded = [](const GraphVariable& v) {
+        const double span = v.max > v.min ? v.max - v.min : 1.0;
+        return std::pair{v.min - span * 0.02, v.max + span * 0.02};
+    };
+    const auto xMapOf = [&](std::size_t column) {
+        const auto [lo, hi] = padded(matrix.columns[column]);
+        const QRectF inner = innerRect(0, column);
+        return Linear{lo, hi, inner.left(), inner.right()};
+    };
+    const auto yMapOf = [&](std::size_t row) {
+        const auto [lo, hi] = padded(matrix.rows[row]);
+        const QRectF inner = innerRect(row, 0);
+        return Linear{lo, hi, inner.bottom(), inner.top()};
+    };
 
-    const QFont smallFont = font(cell < 120 ? 9 : 11);
-    const QFontMetricsF smallMetrics(smallFont);
+    // Values along the outer panels: each column's below the bottom row, each row's left of
+    // the first column.
+    m_painter.setFont(smallFont);
+    const double frameBottom = cellRect(matrix.rows.size() - 1, 0).bottom();
+    const double frameLeft = cellRect(0, 0).left();
+    for (std::size_t column = 0; column < matrix.columns.size(); ++column) {
+        const Linear xMap = xMapOf(column);
+        for (const AxisLabel& tick : ticksOf(matrix.columns[column])) {
+            m_painter.setPen(QPen(Frame, 1));
+            m_painter.drawLine(QPointF(xMap(tick.at), frameBottom),
+                               QPointF(xMap(tick.at), frameBottom + 4));
+            m_painter.setPen(Muted);
+            drawText(m_painter, QPointF(xMap(tick.at), frameBottom + 5), qs(tick.text),
+                     Qt::AlignHCenter | Qt::AlignTop);
+        }
+    }
+    for (std::size_t row = 0; row < matrix.rows.size(); ++row) {
+        const Linear yMap = yMapOf(row);
+        for (const AxisLabel& tick : ticksOf(matrix.rows[row])) {
+            m_painter.setPen(QPen(Frame, 1));
+            m_painter.drawLine(QPointF(frameLeft - 4, yMap(tick.at)),
+                               QPointF(frameLeft, yMap(tick.at)));
+            m_painter.setPen(Muted);
+            drawText(m_painter, QPointF(frameLeft - 6, yMap(tick.at)), qs(tick.text),
+                     Qt::AlignRight | Qt::AlignVCenter);
+        }
+    }
+
     std::map<std::pair<int, int>, const ScatterCell*> cells;
     for (const ScatterCell& one : matrix.cells)
         cells[{one.row, one.column}] = &one;
@@ -799,7 +841,7 @@ void GraphPainter::drawScatter(const QRectF& area) {
                                        : std::string());
             const QString badgeText = qs(r + "   " + n);
             m_painter.setFont(smallFont);
-            const QRectF badge(rect.left() + 1, rect.top() + 1, rect.width() - 2, smallMetrics.height() + 2);
+            const QRectF badge(rect.left() + 1, rect.top() + 1, rect.width() - 2, badgeHeight);
             m_painter.setPen(Qt::NoPen);
             m_painter.setBrush(QColor(0xF6, 0xF6, 0xF6));
             m_painter.drawRect(badge);
@@ -807,15 +849,8 @@ void GraphPainter::drawScatter(const QRectF& area) {
             drawText(m_painter, badge.center(),
                      smallMetrics.elidedText(badgeText, Qt::ElideRight, badge.width() - 4),
                      Qt::AlignCenter);
-            const QRectF inner = rect.adjusted(5, badge.height() + 5, -5, -5);
-            const auto padded = [](const GraphVariable& v) {
-                const double span = v.max > v.min ? v.max - v.min : 1.0;
-                return std::pair{v.min - span * 0.02, v.max + span * 0.02};
-            };
-            const auto [x0, x1] = padded(xVar);
-            const auto [y0, y1] = padded(yVar);
-            const Linear xMap{x0, x1, inner.left(), inner.right()};
-            const Linear yMap{y0, y1, inner.bottom(), inner.top()};
+            const Linear xMap = xMapOf(column);
+            const Linear yMap = yMapOf(row);
             const double dot = one.x.size() > 1500 ? 1.1 : one.x.size() > 300 ? 1.5 : 2.2;
             QColor colour = paletteColour(12);
             colour.setAlpha(one.x.size() > 300 ? 110 : 170);
@@ -856,14 +891,16 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
         yLabelWidth = std::max(yLabelWidth, tickMetrics.horizontalAdvance(yTexts.back()));
     }
 
-    // The floor: x across, y receding up and to the right at 30 degrees.
+    // The floor: x across, y receding up and to the right at 30 degrees, deep enough that
+    // the rows stand apart and a bar's base can be told from the bars before it.
     const double cos30 = std::sqrt(3.0) / 2, sin30 = 0.5;
+    constexpr double DepthShare = 0.8; // the floor's depth for a front edge of 1
     const double left = area.left() + widestText(ticks, tickMetrics) + 12;
     const QFontMetricsF titleMetrics(font(13, true));
     const double room = area.right() - left - yLabelWidth - 16 -
                         (m_graph.yTitle.empty() ? 0 : titleMetrics.height() + 8);
-    const double frontWidth = room / (1 + 0.5 * cos30);
-    double depth = 0.5 * frontWidth;
+    const double frontWidth = room / (1 + DepthShare * cos30);
+    double depth = DepthShare * frontWidth;
     const double cellWidth = frontWidth / nx;
     const AxisLabelLayout xLayout(xTexts, tickMetrics, cellWidth);
     const double bottom = area.bottom() - xLayout.height - (m_graph.xTitle.empty() ? 0 : 24);
@@ -877,7 +914,17 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
         return QPointF(left + i * cellWidth, bottom) + j * depthStep + QPointF(0, -z / zTop * height);
     };
 
-    // Walls with the count grid, and the floor grid.
+    // Walls and floor, shaded so that the bars stand on something, with the count grid on
+    // the walls and a line between every two bins on the floor.
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(QColor(250, 250, 250));
+    m_painter.drawPolygon(QPolygonF() << at(0, 0, 0) << at(0, ny, 0) << at(0, ny, zTop)
+                                      << at(0, 0, zTop));
+    m_painter.drawPolygon(QPolygonF() << at(0, ny, 0) << at(nx, ny, 0) << at(nx, ny, zTop)
+                                      << at(0, ny, zTop));
+    m_painter.setBrush(QColor(236, 236, 236));
+    m_painter.drawPolygon(QPolygonF() << at(0, 0, 0) << at(nx, 0, 0) << at(nx, ny, 0)
+                                      << at(0, ny, 0));
     m_painter.setFont(tickFont);
     m_painter.setBrush(Qt::NoBrush);
     for (const AxisLabel& tick : ticks) {
@@ -892,14 +939,19 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
     m_painter.drawLine(at(0, 0, 0), at(0, 0, zTop));
     m_painter.drawLine(at(0, ny, 0), at(0, ny, zTop));
     m_painter.drawLine(at(nx, ny, 0), at(nx, ny, zTop));
-    m_painter.setPen(QPen(Grid.darker(110), 1));
+    m_painter.setPen(QPen(Grid.darker(125), 1));
     for (std::size_t i = 0; i <= nx; ++i)
         m_painter.drawLine(at(i, 0, 0), at(i, ny, 0));
     for (std::size_t j = 0; j <= ny; ++j)
         m_painter.drawLine(at(0, j, 0), at(nx, j, 0));
 
     // Bars from the back row to the front, left to right, so that nearer faces cover.
-    constexpr double Inset = 0.18;
+    constexpr double Inset = 0.2;
+    constexpr std::size_t MostLabelledBars = 40;
+    const bool labelled = static_cast<std::size_t>(std::count_if(
+                              data.counts.begin(), data.counts.end(),
+                              [](double count) { return count > 0; })) <= MostLabelledBars;
+    const QFont countFont = font(9);
     for (std::size_t jj = ny; jj-- > 0;) {
         const QColor colour = sequenceColour(jj);
         for (std::size_t i = 0; i < nx; ++i) {
@@ -918,6 +970,12 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
             m_painter.setBrush(colour.lighter(125));
             m_painter.drawPolygon(QPolygonF() << at(i0, j0, count) << at(i1, j0, count)
                                               << at(i1, j1, count) << at(i0, j1, count));
+            if (labelled) { // the count above the top face, where no height must be guessed
+                m_painter.setPen(Ink);
+                m_painter.setFont(countFont);
+                drawText(m_painter, (at(i0, j0, count) + at(i1, j1, count)) / 2 - QPointF(0, 3),
+                         qs(shortNumber(count)), Qt::AlignHCenter | Qt::AlignBottom);
+            }
             addHotspot(QPolygonF() << at(i0, j0, 0) << at(i1, j0, 0) << at(i1, j1, 0)
                                    << at(i1, j1, count) << at(i0, j1, count) << at(i0, j0, count),
                        data.x.name + " " + data.xBins[i].label + ", " + data.y.name + " " +

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "workbench/documents/CellText.h"
 #include "workbench/render/GraphRenderer.h"
 #include "workbench/render/SampleGraphs.h"
 
@@ -195,6 +196,45 @@ TEST_F(GraphRendererTest, PngIsThePictureAtItsSize) {
     }
     EXPECT_GT(wb::pictureSize(scatter).height, wb::pictureSize(histogram).height)
         << "a matrix of four variables is drawn larger";
+}
+
+} // namespace
+
+namespace {
+
+// Values on the outer panels of the scatterplot matrix: each variable gets neat ticks that
+// lie within its range; and a 3D histogram of few bars writes each bar's count on it.
+TEST_F(GraphRendererTest, ScatterValuesAndBarCountsAreWritten) {
+    ASSERT_EQ(wb::testing::sendSampleScatter(output, file), 0) << output.lastError();
+    const wb::GraphDocument& scatter = output.documents().back().graph();
+    const std::vector<std::string> texts = drawnTexts(wb::graphSvg(scatter));
+    for (const wb::GraphVariable& variable : scatter.scatter->columns) {
+        SCOPED_TRACE(variable.name);
+        int inRange = 0;
+        for (const std::string& text : texts) {
+            char* end = nullptr;
+            const double value = std::strtod(text.c_str(), &end);
+            // Strictly inside: the diagonal writes the range's ends themselves.
+            inRange += end != text.c_str() && *end == '\0' && value > variable.min &&
+                       value < variable.max;
+        }
+        EXPECT_GE(inRange, 2) << "ticks within " << variable.min << " to " << variable.max;
+    }
+
+    const wb::GraphDocument& bars = made(wb::testing::sendSample3D(output, file));
+    std::vector<std::string> drawn = drawnTexts(wb::graphSvg(bars));
+    std::size_t shown = 0, positive = 0;
+    for (double count : bars.histogram3d->counts) {
+        if (!(count > 0))
+            continue;
+        ++positive;
+        const auto found = std::find(drawn.begin(), drawn.end(), wb::shortNumber(count));
+        if (found != drawn.end()) {
+            drawn.erase(found);
+            ++shown;
+        }
+    }
+    EXPECT_EQ(shown, positive <= 40 ? positive : 0) << positive << " bars";
 }
 
 } // namespace
