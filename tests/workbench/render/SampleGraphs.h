@@ -138,12 +138,14 @@ inline int sendSampleScatter(OutputService& output, const DataFile& file) {
                                          nullptr, sampleWomen, "Corrélations\nSEX = Femme");
 }
 
-inline int sendSample3D(OutputService& output, const DataFile& file) {
-    std::string title = "Histogramme 3D des variables : AGE et SATISFACTION";
+// The women's 3D histogram of two variables, AGE and SATISFACTION unless others are named.
+inline int sendSample3D(OutputService& output, const DataFile& file, const char* x = "AGE",
+                        const char* y = "SATISFACTION") {
+    std::string title = std::string("Histogramme 3D des variables : ") + x + " et " + y;
     std::string drill = "SEX = Femme";
     // The variables arrive counted from 0.
-    return output.Histogram3D(4, static_cast<short>(file.findVariable("AGE") - 1),
-                              static_cast<short>(file.findVariable("SATISFACTION") - 1), 0, 0,
+    return output.Histogram3D(4, static_cast<short>(file.findVariable(x) - 1),
+                              static_cast<short>(file.findVariable(y) - 1), 0, 0,
                               nullptr, nullptr, 0, title.data(), nullptr, drill.data(), nullptr, 0,
                               nullptr, sampleWomenFloat);
 }
