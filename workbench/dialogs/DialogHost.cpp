@@ -198,9 +198,12 @@ void DialogHost::checkChoice(const VariableDialogCall& call,
                                         std::to_string(min) + " to " + std::to_string(max));
         std::set<short> seen;
         for (const short variable : list) {
+            const bool inFile = variable >= 1 && variable <= variables;
             const std::string which =
-                "variable " + std::to_string(variable) + " of the " + name + " list ";
-            if (variable < 1 || variable > variables)
+                (inFile ? "variable " + m_file->variable(variable).name
+                        : "variable " + std::to_string(variable)) +
+                " of the " + name + " list ";
+            if (!inFile)
                 throw std::invalid_argument(where + which + "is not a variable of the file (1 to " +
                                             std::to_string(variables) + ")");
             if (!call.choices.empty() &&

@@ -109,7 +109,10 @@ void AnalysisSession::chooseVariables(const std::string& drillDown, const std::s
 void AnalysisSession::makeCurrentDrillDown(short variable) {
     DrillSet* downs = analysis().GetDrillDowns();
     if (m_analysis->LookFor(variable, downs) == downs->end())
-        throw DrillError("variable " + std::to_string(variable) +
+        throw DrillError("variable " +
+                         (variable >= 1 && variable <= m_file.variableCount()
+                              ? m_file.variable(variable).name
+                              : std::to_string(variable)) +
                          " cannot be drilled: it is not among the drill-down variables");
     setPanelMember("DrillDownVariable", COleVariant(static_cast<LONG>(variable)));
 }

@@ -116,7 +116,7 @@ TEST_F(MacroCommand, ErrorsNameTheLineAndStatement) {
         {"Variables = \"SEX\"\nReviewVariables = \"| INCOME SPEND\"\n"
          "ResultsVariables = \"AGE | INCOME\"\nReview3DHistograms\n",
          "test.ddm:4: Review3DHistograms: variable dialog \"Sélectionnez deux listes de var. "
-         "(var. horizontales et verticales des tracés) :\": variable 3 of the first list is not "
+         "(var. horizontales et verticales des tracés) :\": variable AGE of the first list is not "
          "among the choices"},
     };
     for (const auto& c : cases) {

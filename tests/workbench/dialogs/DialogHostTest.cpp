@@ -315,10 +315,10 @@ const struct {
     {{1, 2}, {3, 4}, {}, "4 variables in both lists; the dialog takes at most 3"},
     {{5}, {1}, {}, "variable 5 of the first list is not a variable of the file (1 to 4)"},
     {{}, {0}, {}, "variable 0 of the second list is not a variable of the file (1 to 4)"},
-    {{2, 2}, {1}, {}, "variable 2 of the first list stands in it twice"},
-    {{3}, {1}, {1, 2, 0}, "variable 3 of the first list is not among the choices"},
+    {{2, 2}, {1}, {}, "variable REVENU of the first list stands in it twice"},
+    {{3}, {1}, {1, 2, 0}, "variable RÉGION of the first list is not among the choices"},
     // The choices end at their 0; what follows is no choice.
-    {{2}, {1}, {2, 3, 0, 1}, "variable 1 of the second list is not among the choices"},
+    {{2}, {1}, {2, 3, 0, 1}, "variable AGE of the second list is not among the choices"},
 };
 
 TEST_F(DialogHostTest, VariableDialogRejectsImpossiblePresets) {
