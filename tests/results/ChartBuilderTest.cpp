@@ -75,66 +75,6 @@ TEST_F(ChartBuilder, CountAxisLabels) {
     }
 }
 
-TEST_F(ChartBuilder, SettingsOfEachKindOfChart) {
-    const struct {
-        const char* what;
-        std::function<int(CGeneralChart&)> draw;
-        int kind;
-        unsigned short flags;
-        // Series 0, then series 1, which a histogram and a pie leave at its defaults.
-        std::vector<int> types, options1, options2, colours;
-        bool names;
-        std::array<int, 9> axes;
-        short pointLabelSwitch;
-    } cases[] = {
-        {"histogram", [](CGeneralChart& c) { return c.DrawHistogram(1); }, 5, 130, {5, 0},
-         {0, 0}, {0, 1}, {12, 13}, true, {8, 0, 0, 8, 0, 0, 8, 0, 0}, 0},
-        {"pie", [](CGeneralChart& c) { return c.DrawPie(); }, 3, 2, {10, 0}, {1, 0}, {0, 1},
-         {1, 13}, false, {8, 0, 0, 0, 0, 0, 0, 0, 0}, 1},
-        {"stacked", [](CGeneralChart& c) { return c.DrawStacked(); }, 2, 0, {5, 5}, {0, 0},
-         {0, 0}, {10, 12}, false, {8, 0, 0, 0, 0, 0, 0, 0, 0}, 0},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        auto two = chart(2);
-        two->SetSeriesWidth(0, 0.9);
-        ASSERT_EQ(c.draw(*two), 1);
-        EXPECT_FALSE(two->Allocated()); // a drawn chart has let its blocks go
-        const test::ChartRequest& r = recorder.charts.back();
-        EXPECT_EQ(r.kind, c.kind);
-        EXPECT_EQ(r.flags, c.flags);
-        EXPECT_EQ(r.seriesCount, 2);
-        EXPECT_EQ(r.types, c.types);
-        EXPECT_EQ(r.options1, c.options1);
-        EXPECT_EQ(r.options2, c.options2);
-        EXPECT_EQ(r.colours, c.colours);
-        EXPECT_EQ(r.namesGiven, c.names);
-        if (c.names) {
-            EXPECT_EQ(r.names, (std::vector<std::string>{"", ""}));
-        }
-        EXPECT_EQ(r.axisStyles, c.axes);
-        EXPECT_EQ(r.pointLabelSwitch, c.pointLabelSwitch);
-        EXPECT_EQ(r.widths, (std::vector<double>{0.9, 0.0}));
-        EXPECT_EQ(r.titleStride, 62);
-        EXPECT_EQ(r.titleLines, 3);
-        EXPECT_EQ(r.xTitleLines, 1);
-        EXPECT_EQ(r.yTitleLines, 1);
-        EXPECT_TRUE(r.unusedPointersNull);
-        EXPECT_EQ(r.unusedNumbers, (std::array<int, 4>{0, 0, 0, -1}));
-        EXPECT_TRUE(r.legendEmpty);
-        EXPECT_EQ(r.legendWidth, 0);
-        EXPECT_FALSE(r.xLabels.given);
-        EXPECT_EQ(r.xLabels.count, 0);
-    }
-}
-
-TEST_F(ChartBuilder, StackedColoursRepeatAndTheLastBandIsTwelve) {
-    auto bands = chart(12);
-    ASSERT_EQ(bands->DrawStacked(), 1);
-    EXPECT_EQ(recorder.charts.back().colours,
-              (std::vector<int>{10, 9, 11, 13, 14, 15, 2, 4, 8, 3, 10, 12}));
-}
-
 TEST_F(ChartBuilder, HistogramFlagsAndModes) {
     const struct {
         unsigned short flagsBefore;
