@@ -5,16 +5,8 @@
 
 namespace wb {
 
-namespace {
-
-bool isBlank(char c) {
-    return c == ' ' || c == '\t';
-}
-
-} // namespace
-
-CsvReader::CsvReader(std::string_view text, std::string name)
-    : m_text(text), m_name(std::move(name)) {}
+CsvReader::CsvReader(std::string_view text, std::string name, char separator)
+    : m_text(text), m_name(std::move(name)), m_separator(separator) {}
 
 void CsvReader::fail(std::size_t offset, const std::string& message) const {
     throw DataError(locatedMessage(m_name, m_text, offset, message));
@@ -22,12 +14,9 @@ void CsvReader::fail(std::size_t offset, const std::string& message) const {
 
 bool CsvReader::startRow() {
     while (m_pos < m_text.size()) {
-        if (m_text[m_pos] == '\n')
-            ++m_pos;
-        else if (m_text.compare(m_pos, 2, "\r\n") == 0)
-            m_pos += 2;
-        else
+        if (m_text[m_pos] != '\n' && m_text[m_pos] != '\r')
             return true;
+        ++m_pos;
     }
     return false;
 }
@@ -48,7 +37,7 @@ bool CsvReader::readField(Field& field) {
     const std::size_t start = m_pos;
     while (m_pos < m_text.size()) {
         const char c = m_text[m_pos];
-        if (c == ',' || c == '\n')
+        if (c == m_separator || c == '\n' || c == '\r')
             break;
         if (c == '"')
             fail(m_pos, "quote inside an unquoted field; enclose the field in quotes and double "
@@ -56,8 +45,6 @@ bool CsvReader::readField(Field& field) {
         ++m_pos;
     }
     std::size_t end = m_pos;
-    if (end > start && m_text[end - 1] == '\r' && (end == m_text.size() || m_text[end] == '\n'))
-        --end;
     while (end > start && isBlank(m_text[end - 1]))
         --end;
     field.text = m_text.substr(start, end - start);
@@ -97,19 +84,13 @@ bool CsvReader::finishField() {
         return false;
     }
     const char c = m_text[m_pos];
-    if (c == ',') {
+    if (c == m_separator) {
         ++m_pos;
         return true;
     }
-    if (c == '\n') {
-        // An unquoted field has taken the CR of a CRLF and dropped it again.
-        m_rowEnd = m_pos > 0 && m_text[m_pos - 1] == '\r' ? m_pos - 1 : m_pos;
-        ++m_pos;
-        return false;
-    }
-    if (c == '\r' && (m_pos + 1 == m_text.size() || m_text[m_pos + 1] == '\n')) {
+    if (c == '\n' || c == '\r') {
         m_rowEnd = m_pos;
-        m_pos += m_pos + 1 == m_text.size() ? 1 : 2;
+        m_pos += c == '\r' && m_text.compare(m_pos, 2, "\r\n") == 0 ? 2 : 1;
         return false;
     }
     fail(m_pos, "unexpected text after a closing quote");

@@ -1,7 +1,7 @@
 #pragma once
 // Reads CSV text field by field, in place: a field is a view into the text, except a quoted
 // field with doubled quotes, which is unquoted into a buffer the reader reuses. The rules
-// are those of DataFileLoader.h.
+// are those of DataFileLoader.h; a row ends with LF, CRLF or a CR alone.
 
 #include <cstddef>
 #include <string>
@@ -16,8 +16,9 @@ public:
         std::size_t offset = 0; // of its first character, or of its opening quote
     };
 
-    // `text` without a byte order mark; `name` names it in messages.
-    CsvReader(std::string_view text, std::string name);
+    // `text` without a byte order mark; `name` names it in messages. Fields are cut at
+    // `separator` (',', ';' or tab).
+    CsvReader(std::string_view text, std::string name, char separator = ',');
 
     std::string_view text() const { return m_text; }
 
@@ -32,11 +33,13 @@ public:
 
 private:
     void skipBlanks();
+    bool isBlank(char c) const { return c == ' ' || (c == '\t' && m_separator != '\t'); }
     void readQuoted(Field& field);
     bool finishField();
 
     std::string_view m_text;
     std::string m_name;
+    char m_separator;
     std::size_t m_pos = 0;
     std::size_t m_rowEnd = 0;
     std::string m_unquoted;

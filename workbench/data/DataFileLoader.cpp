@@ -13,12 +13,14 @@
 #include <unordered_map>
 
 #include "drilldown/host/RealNumbers.h"
+#include "workbench/data/CsvDialect.h"
 #include "workbench/data/CsvReader.h"
 #include "workbench/data/Dictionary.h"
 #include "workbench/data/MissingCode.h"
 #include "workbench/data/NativeFile.h"
 #include "workbench/data/ReadStatImport.h"
 #include "workbench/data/TextPosition.h"
+#include "workbench/text/Utf8.h"
 
 namespace wb {
 
@@ -26,6 +28,7 @@ namespace {
 
 // The module counts variables in a 16-bit signed field.
 constexpr int MaxVariables = 32767;
+constexpr std::size_t MaxCases = std::numeric_limits<int>::max() - 1;
 // Stands for a missing value until the variable's missing code is known; no parsed value
 // is ever NaN.
 constexpr double Pending = std::numeric_limits<double>::quiet_NaN();
@@ -43,6 +46,11 @@ std::string numberText(double value) {
     char buffer[32];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
     return std::string(buffer, result.ptr);
+}
+
+// A separator as a message names it.
+std::string separatorWord(char separator) {
+    return separator == '\t' ? std::string("tabs") : "\"" + std::string(1, separator) + "\"";
 }
 
 std::string fieldCount(std::size_t count) {
@@ -135,13 +143,25 @@ struct Column {
     std::string firstText;
 };
 
+// The dictionary text of a loader, or none.
+std::optional<Dictionary> dictionaryOf(std::optional<std::string_view> text,
+                                       const std::string& csvName) {
+    if (!text)
+        return std::nullopt;
+    return Dictionary(withoutByteOrderMark(*text), csvName + ".dict.json");
+}
+
 class Loader {
 public:
     Loader(std::string_view csvText, const std::string& csvName,
            std::optional<std::string_view> dictionaryText)
-        : m_csv(withoutByteOrderMark(csvText), csvName) {
-        if (dictionaryText)
-            m_dictionary.emplace(withoutByteOrderMark(*dictionaryText), csvName + ".dict.json");
+        : m_dictionary(dictionaryOf(dictionaryText, csvName)),
+          m_original(withoutByteOrderMark(csvText)), m_dialect(chosenDialect()),
+          m_converted(m_dialect.encoding == TextEncoding::Utf8
+                          ? std::string()
+                          : toUtf8(m_original, m_dialect.encoding)),
+          m_csv(m_converted.empty() ? m_original : m_converted, csvName, m_dialect.separator) {
+        checkText();
     }
 
     DataFile load(const std::string& path) {
@@ -159,6 +179,55 @@ public:
 private:
     using Path = Dictionary::Path;
     using At = Dictionary::At;
+
+    // The dialect guessed from the text, with what the dictionary forces.
+    CsvDialect chosenDialect() {
+        CsvDialect dialect = guessCsvDialect(m_original);
+        if (!m_dictionary || !m_dictionary->root().is_object())
+            return dialect;
+        forced("separator", "\",\", \";\" or \"\\t\"", separatorNamed, dialect.separator);
+        forced("decimal", "\".\" or \",\"", decimalNamed, dialect.decimal);
+        forced("encoding", "\"UTF-8\", \"Windows-1252\" or \"Latin-1\"", encodingNamed,
+               dialect.encoding);
+        return dialect;
+    }
+
+    template <typename Value>
+    void forced(const char* key, const char* allowed, bool (*named)(std::string_view, Value&),
+                Value& value) {
+        const auto& root = m_dictionary->root();
+        if (!root.contains(key))
+            return;
+        const auto& word = root.at(key);
+        if (!word.is_string() || !named(word.get<std::string>(), value))
+            m_dictionary->fail({key}, At::Value,
+                               inQuotes(key) + " must be " + allowed);
+    }
+
+    // What the reader cannot tell: bytes that are no text, text that is not what the
+    // dictionary says, and a header of one column whose name holds another separator,
+    // which is the file of another separator read with the wrong one.
+    void checkText() {
+        if (const std::size_t nul = m_original.find('\0'); nul != std::string_view::npos)
+            m_csv.fail(nul, "the file holds a NUL byte: it is no text file");
+        if (m_dialect.encoding == TextEncoding::Utf8 && !isValidUtf8(m_original))
+            m_csv.fail(firstInvalidUtf8(m_original),
+                       "the file is not valid UTF-8 here; set \"encoding\" in the dictionary "
+                       "to \"Windows-1252\" or \"Latin-1\" if that is what it is");
+    }
+
+    void checkOneColumnHeader() {
+        if (m_columns.size() != 1)
+            return;
+        for (const char separator : {',', ';', '\t'})
+            if (separator != m_dialect.separator &&
+                m_columns[0].name.find(separator) != std::string::npos)
+                m_csv.fail(m_columns[0].headerOffset,
+                           "the header is one column named " + inQuotes(m_columns[0].name) +
+                               "; its fields seem separated by " + separatorWord(separator) +
+                               ", not by " + separatorWord(m_dialect.separator) +
+                               ": set \"separator\" in the dictionary accordingly");
+    }
 
     void readHeader() {
         if (!m_csv.startRow())
@@ -182,6 +251,7 @@ private:
             column.headerOffset = field.offset;
             m_columns.push_back(std::move(column));
         }
+        checkOneColumnHeader();
     }
 
     // The dictionary's "caseNames", checked, or empty.
@@ -222,7 +292,8 @@ private:
     void applyDictionary() {
         const auto& root = m_dictionary->root();
         for (const auto& [key, value] : root.items()) {
-            if (key == "caseNames")
+            if (key == "caseNames" || key == "separator" || key == "decimal" ||
+                key == "encoding")
                 continue;
             if (key == "header") {
                 const std::string header = stringMember(root, {key});
@@ -243,7 +314,8 @@ private:
                 m_dictionary->fail({key}, At::Key,
                                    "unknown key " + inQuotes(key) +
                                        "; expected \"header\", \"caseNames\", \"weight\", "
-                                       "\"selection\" or \"variables\"");
+                                       "\"selection\", \"variables\", \"separator\", "
+                                       "\"decimal\" or \"encoding\"");
             }
         }
     }
@@ -362,9 +434,13 @@ private:
     }
 
     void readCases() {
+        // A case takes a line and a byte for each of its fields at least: so many line
+        // breaks, or so many cases as the text can hold, whichever is fewer, and never more
+        // than the text can hold (a million empty lines are not a million cases).
         const std::string_view text = m_csv.text();
-        m_file.reserveCases(int(std::min<std::ptrdiff_t>(std::count(text.begin(), text.end(), '\n'),
-                                                         std::numeric_limits<int>::max() - 1)));
+        const auto lines = std::size_t(std::count(text.begin(), text.end(), '\n'));
+        const std::size_t fit = text.size() / std::max<std::size_t>(1, m_columns.size());
+        m_file.reserveCases(int(std::min<std::size_t>({lines, fit, MaxCases})));
         std::vector<double> values(std::size_t(m_file.variableCount()));
         CsvReader::Field field;
         while (m_csv.startRow()) {
@@ -400,7 +476,7 @@ private:
             return Pending;
         }
         double value = 0.0;
-        if (parseNumber(text, value)) {
+        if (number(text, value)) {
             if (!column.codes.empty())
                 notAValue(column, column.firstTextOffset, column.firstText);
             if (column.hasGivenMissing && RealEqual(value, column.givenMissing))
@@ -440,8 +516,22 @@ private:
         return value;
     }
 
+    // A field as a number in the file's decimal mark: with a decimal comma, "3,5" is 3.5 and
+    // a point is not a number's, lest "1.234" pass for a thousand and more.
+    bool number(std::string_view text, double& value) {
+        if (m_dialect.decimal == '.')
+            return parseNumber(text, value);
+        if (text.find('.') != std::string_view::npos)
+            return false;
+        m_number.assign(text);
+        std::replace(m_number.begin(), m_number.end(), ',', '.');
+        return parseNumber(m_number, value);
+    }
+
     [[noreturn]] void notAValue(const Column& column, std::size_t offset, std::string_view text) {
-        std::string what = "a number, a label of the variable or NA";
+        std::string what = m_dialect.decimal == ','
+                               ? "a number with a decimal comma, a label of the variable or NA"
+                               : "a number, a label of the variable or NA";
         if (column.format == DisplayFormat::Date)
             what = "a date (YYYY-MM-DD), " + what;
         else if (column.format == DisplayFormat::Time)
@@ -493,10 +583,14 @@ private:
                                        " is the code of its text " + inQuotes(text));
     }
 
-    CsvReader m_csv;
     std::optional<Dictionary> m_dictionary;
+    std::string_view m_original;
+    CsvDialect m_dialect;
+    std::string m_converted; // the text in UTF-8, when it came in another encoding
+    CsvReader m_csv;
     std::vector<Column> m_columns;
     DataFile m_file;
+    std::string m_number; // a field with a decimal comma, as from_chars reads it
 };
 
 std::string readWholeFile(const std::string& path) {
@@ -523,7 +617,11 @@ std::string readWholeFile(const std::string& path) {
 
 DataFile parseDataFile(std::string_view csvText, const std::string& csvName,
                        std::optional<std::string_view> dictionaryText) {
-    return Loader(csvText, csvName, dictionaryText).load({});
+    try {
+        return Loader(csvText, csvName, dictionaryText).load({});
+    } catch (const std::bad_alloc&) {
+        throw DataError(csvName + ": there is not enough memory to load the file");
+    }
 }
 
 DataFile loadDataFile(const std::string& path) {
@@ -541,7 +639,11 @@ DataFile loadDataFile(const std::string& path) {
     std::optional<std::string_view> dictionaryText;
     if (dictionary)
         dictionaryText = *dictionary;
-    return Loader(csv, path, dictionaryText).load(path);
+    try {
+        return Loader(csv, path, dictionaryText).load(path);
+    } catch (const std::bad_alloc&) {
+        throw DataError(path + ": there is not enough memory to load the file");
+    }
 }
 
 } // namespace wb

@@ -1,14 +1,17 @@
 #pragma once
 // Loading a data file: a CSV file of cases and, beside it, an optional JSON dictionary.
 //
-// The CSV file (RFC 4180 style, UTF-8, a leading byte order mark is ignored):
-//   - comma separated; rows end with LF or CRLF; empty lines are skipped;
+// The CSV file (RFC 4180 style, leading byte order marks are ignored):
+//   - separated by commas, semicolons or tabs, and written in UTF-8 or Windows-1252, as
+//     CsvDialect.h guesses or the dictionary says; rows end with LF, CRLF or CR; empty
+//     lines are skipped; a NUL byte is refused;
 //   - a field in double quotes may hold commas, line breaks and doubled quotes ("");
 //     blanks around an unquoted field, or around the quotes of a quoted one, are dropped;
 //   - the first row names the variables, one per field: none empty, no two the same;
 //   - every further row is a case with exactly as many fields as the header;
 //   - an empty field or NA is a missing value;
-//   - a number is written as C writes it (-12, 3.5, 1e6); a leading + is allowed;
+//   - a number is written as C writes it (-12, 3.5, 1e6); a leading + is allowed; in a
+//     file of decimal commas, 3,5 is 3.5 and a number with a point is refused;
 //   - in a variable whose dictionary entry has labels, a field may be the text of one of
 //     them and stands for its value;
 //   - in a variable of format "date" a field may be a date YYYY-MM-DD, in one of format
@@ -24,6 +27,9 @@
 //     "caseNames": "CUSTOMER",            the column that names the cases; not a variable
 //     "weight": "WEIGHT",                 the weight variable
 //     "selection": "AGE >= 18",           a selection condition (SelectionCondition.h)
+//     "separator": ";",                   ",", ";" or "\t", instead of the guess
+//     "decimal": ",",                     "." or ","
+//     "encoding": "Windows-1252",         "UTF-8", "Windows-1252" or "Latin-1"
 //     "variables": {                      by short name, as in the CSV header
 //       "AGE": { "longName": "Age in years", "missingCode": -1 },
 //       "REGION": { "labels": { "11": "Île-de-France", "93": "Provence-Alpes-Côte d'Azur" } },

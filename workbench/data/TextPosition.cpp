@@ -11,7 +11,8 @@ TextPosition positionOf(std::string_view text, std::size_t offset) {
     TextPosition position;
     for (std::size_t i = 0; i < offset; ++i) {
         const char c = text[i];
-        if (c == '\n') {
+        // A line ends with LF, CRLF or a CR alone.
+        if (c == '\n' || (c == '\r' && (i + 1 == text.size() || text[i + 1] != '\n'))) {
             ++position.line;
             position.column = 1;
         } else if (!isContinuationByte(c)) {

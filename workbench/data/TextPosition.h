@@ -13,7 +13,8 @@ struct TextPosition {
     int column = 1;
 };
 
-// The position of byte `offset` of `text`; an offset past the end is the end.
+// The position of byte `offset` of `text`, lines ending with LF, CRLF or CR; an offset past
+// the end is the end.
 TextPosition positionOf(std::string_view text, std::size_t offset);
 
 // `text` in double quotes, as messages show names and field contents (see visibleText).

@@ -64,14 +64,18 @@ std::size_t utf8CharacterCount(std::string_view text) {
         std::count_if(text.begin(), text.end(), [](char c) { return !isContinuationByte(c); }));
 }
 
-bool isValidUtf8(std::string_view text) {
+std::size_t firstInvalidUtf8(std::string_view text) {
     for (std::size_t pos = 0; pos < text.size();) {
         const int length = characterLength(text, pos);
         if (length <= 0)
-            return false;
+            return pos;
         pos += static_cast<std::size_t>(length);
     }
-    return true;
+    return text.size();
+}
+
+bool isValidUtf8(std::string_view text) {
+    return firstInvalidUtf8(text) == text.size();
 }
 
 std::string toValidUtf8(std::string_view text) {

@@ -22,6 +22,8 @@ std::size_t utf8CharacterCount(std::string_view text);
 
 // Strictly valid: no overlong form, no surrogate, nothing above U+10FFFF, nothing cut.
 bool isValidUtf8(std::string_view text);
+// The offset of the first byte that starts no valid character; the size when none does.
+std::size_t firstInvalidUtf8(std::string_view text);
 
 // `text` with each byte that starts no valid character replaced by U+FFFD, and a character
 // cut at the end dropped.

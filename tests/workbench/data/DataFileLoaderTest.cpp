@@ -59,6 +59,12 @@ TEST(DataFileLoaderTest, ReadsCsvLayouts) {
         {"empty lines are skipped", "A\n\n1\n\r\n2\n\n", {"A"}, {{1}, {2}}},
         {"number forms", "A,B,C,D\n+2,1e3,.5,-0.25E-2\n", {"A", "B", "C", "D"}, {{2, 1e3, .5, -.0025}}},
         {"header only", "A,B\n", {"A", "B"}, {}},
+        {"CR alone ends a line", "A,B\r1,2\r\r3,4", {"A", "B"}, {{1, 2}, {3, 4}}},
+        {"semicolons and decimal commas", "A;B\r\n1,5;-0,25\r\n\"2,5\";3\r\n", {"A", "B"}, {{1.5, -0.25}, {2.5, 3}}},
+        {"semicolons and decimal points", "A;B\n1.5;2\n", {"A", "B"}, {{1.5, 2}}},
+        {"tabs, blanks kept apart from them", "A\tB\n 1 \t2\n", {"A", "B"}, {{1, 2}}},
+        {"the separator of the header wins", "A;B\n1;2,5\n", {"A", "B"}, {{1, 2.5}}},
+        {"Windows-1252 names", "\xC2GE,\x80\n1,2\n", {"ÂGE", "€"}, {{1, 2}}},
     };
     // clang-format on
     for (const CsvCase& c : cases) {
@@ -204,6 +210,22 @@ TEST(DataFileLoaderTest, NamesTheFileThatCannotBeRead) {
         EXPECT_EQ(std::string(error.what()),
                   path + ": cannot open the file: No such file or directory");
     }
+}
+
+} // namespace
+
+namespace {
+
+// Room is made for the cases that the text can hold, not for every line break: 30,000
+// columns and then a million empty lines once asked for 240 GB.
+TEST(DataFileLoaderTest, EmptyLinesMakeNoRoomForCases) {
+    std::string csv;
+    for (int v = 1; v <= 30000; ++v)
+        csv += (v > 1 ? ",V" : "V") + std::to_string(v);
+    csv += std::string(1'000'000, '\n');
+    const wb::DataFile file = wb::parseDataFile(csv, "wide.csv");
+    EXPECT_EQ(file.variableCount(), 30000);
+    EXPECT_EQ(file.caseCount(), 0);
 }
 
 } // namespace

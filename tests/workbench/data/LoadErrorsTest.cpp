@@ -53,6 +53,11 @@ TEST(LoadErrorsTest, MalformedCsv) {
         {"impossible time", "T\n24:00\n", "data.csv:2:1: \"24:00\" in variable \"T\" is not a valid time", time},
         {"malformed time", "T\n1:2:3\n", "data.csv:2:1: \"1:2:3\" in variable \"T\" is not a time (HH:MM or HH:MM:SS), a number, a label of the variable or NA", time},
         {"the given missing code as a value", "A\n3\n-1\n", "data.csv:3:1: \"-1\" in variable \"A\" is its missing code; leave the field empty or write NA for a missing value", R"({"variables": {"A": {"missingCode": -1}}})"},
+        {"a NUL byte", std::string("A\n1\0\n", 5), "data.csv:2:2: the file holds a NUL byte: it is no text file"},
+        {"a point where the file writes a decimal comma", "A;B\n1,5;2,5\n1.234;3\n", "data.csv:3:1: \"1.234\" in variable \"A\" is not a number with a decimal comma, a label of the variable or NA"},
+        {"a file of semicolons read with commas", "A;B;C\n1;2;3\n", "data.csv:1:1: the header is one column named \"A;B;C\"; its fields seem separated by \";\", not by \",\": set \"separator\" in the dictionary accordingly", R"({"separator": ","})"},
+        {"Latin-1 bytes in a file said to be UTF-8", "NOM\n\xC9ric\n", "data.csv:2:1: the file is not valid UTF-8 here; set \"encoding\" in the dictionary to \"Windows-1252\" or \"Latin-1\" if that is what it is", R"({"encoding": "UTF-8"})"},
+        {"lines counted at CRs alone", "A,B\r1,2\r3\r", "data.csv:3:2: row has 1 field; the header has 2 fields"},
         {"no missing code left", "A\n-99999999\n-1.5e308\n", "data.csv:1:1: no missing code is free for variable \"A\"; give one as \"missingCode\" in the dictionary"},
     };
     // clang-format on
@@ -72,7 +77,9 @@ TEST(LoadErrorsTest, MalformedDictionary) {
     const Case cases[] = {
         {"bad JSON, at the faulty character", "{\n  \"weight\": x\n}", "2:13: invalid JSON: syntax error while parsing value - invalid literal; last read: '\"weight\": x'"},
         {"not an object", "[1]", "1:1: the dictionary must be a JSON object"},
-        {"unknown key", R"({"header": "h", "wieght": "A"})", "1:17: unknown key \"wieght\"; expected \"header\", \"caseNames\", \"weight\", \"selection\" or \"variables\""},
+        {"unknown key", R"({"header": "h", "wieght": "A"})", "1:17: unknown key \"wieght\"; expected \"header\", \"caseNames\", \"weight\", \"selection\", \"variables\", \"separator\", \"decimal\" or \"encoding\""},
+        {"a separator of another kind", R"({"separator": "|"})", "1:15: \"separator\" must be \",\", \";\" or \"\\t\""},
+        {"an encoding of another name", R"({"encoding": "utf8"})", "1:14: \"encoding\" must be \"UTF-8\", \"Windows-1252\" or \"Latin-1\""},
         {"unknown variable, at its key", "{\n  \"variables\": {\n    \"FOO\": {}\n  }\n}", "3:5: unknown variable \"FOO\"; the data file has no such column"},
         {"the case-name column as a variable", R"({"caseNames": "ID", "variables": {"ID": {}}})", "1:35: \"ID\" is the case-name column, not a variable"},
         {"unknown case-name column", R"({"caseNames": "KEY"})", "1:15: caseNames: the data file has no column \"KEY\""},
