@@ -9,8 +9,17 @@ namespace wb::cli {
 
 namespace {
 
-DataFile loadForRun(const RunSetup& setup) {
-    DataFile file = loadDataFile(setup.file);
+DataFile loadForRun(const RunSetup& setup, HeadlessProgress& progress) {
+    constexpr unsigned long Steps = 1000;
+    progress.d_pbar(("Chargement de " + setup.file + " ").c_str());
+    progress.dstart(Steps);
+    struct Stop {
+        HeadlessProgress& progress;
+        ~Stop() { progress.dstop(); }
+    } stop{progress};
+    DataFile file = loadDataFile(setup.file, [&](double share) {
+        progress.advanceTo(static_cast<unsigned long>(share * Steps));
+    });
     if (setup.weight) {
         const short weight = parseVariable(*setup.weight, file);
         file.setWeightVariable(weight);
@@ -29,7 +38,7 @@ DataFile loadForRun(const RunSetup& setup) {
 HeadlessRun::HeadlessRun(const RunSetup& setup)
     : m_folder(setup.out),
       m_session(m_frontEnd.bundle(&m_folder), SessionOptions{.outputFolder = setup.out}) {
-    m_session.open(loadForRun(setup));
+    m_session.open(loadForRun(setup, m_frontEnd.progress()));
     // The command drives the analysis to its end: its documents outlive it in the folder.
     m_session.analysisDocument().setAutomated(true);
     m_session.startAnalysis();

@@ -21,6 +21,8 @@ public:
     CsvReader(std::string_view text, std::string name, char separator = ',');
 
     std::string_view text() const { return m_text; }
+    // Offset of what is read next.
+    std::size_t position() const { return m_pos; }
 
     // Skips empty lines; false at the end of the text.
     bool startRow();

@@ -29,6 +29,8 @@ namespace {
 // The module counts variables in a 16-bit signed field.
 constexpr int MaxVariables = 32767;
 constexpr std::size_t MaxCases = std::numeric_limits<int>::max() - 1;
+// Cases between two reports of progress.
+constexpr int ProgressCases = 1 << 16;
 // Stands for a missing value until the variable's missing code is known; no parsed value
 // is ever NaN.
 constexpr double Pending = std::numeric_limits<double>::quiet_NaN();
@@ -164,7 +166,8 @@ public:
         checkText();
     }
 
-    DataFile load(const std::string& path) {
+    DataFile load(const std::string& path, const LoadProgress& progress = {}) {
+        m_progress = progress;
         readHeader();
         const std::string caseNames = m_dictionary ? caseNameColumn() : std::string();
         makeVariables(caseNames);
@@ -466,6 +469,8 @@ private:
                            "row has " + fieldCount(count) + "; the header has " +
                                fieldCount(m_columns.size()));
             m_file.appendCase(values, std::move(caseName));
+            if (m_progress && m_file.caseCount() % ProgressCases == 0)
+                m_progress(double(m_csv.position()) / double(text.size()));
         }
     }
 
@@ -591,6 +596,7 @@ private:
     std::vector<Column> m_columns;
     DataFile m_file;
     std::string m_number; // a field with a decimal comma, as from_chars reads it
+    LoadProgress m_progress;
 };
 
 std::string readWholeFile(const std::string& path) {
@@ -624,7 +630,7 @@ DataFile parseDataFile(std::string_view csvText, const std::string& csvName,
     }
 }
 
-DataFile loadDataFile(const std::string& path) {
+DataFile loadDataFile(const std::string& path, const LoadProgress& progress) {
     if (isStatisticalFile(path))
         return importStatisticalFile(path);
     const std::string csv = readWholeFile(path);
@@ -640,7 +646,7 @@ DataFile loadDataFile(const std::string& path) {
     if (dictionary)
         dictionaryText = *dictionary;
     try {
-        return Loader(csv, path, dictionaryText).load(path);
+        return Loader(csv, path, dictionaryText).load(path, progress);
     } catch (const std::bad_alloc&) {
         throw DataError(path + ": there is not enough memory to load the file");
     }

@@ -51,6 +51,7 @@
 // A file that cannot be read gives "FILE: text". Nothing is returned on failure: a data file
 // is built apart and handed over only complete.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -63,7 +64,9 @@ namespace wb {
 // A file that starts with the native magic number is loaded as a native file instead
 // (NativeFile.h), whatever its name.
 // An SPSS, Stata or SAS file, known by its extension, is imported instead (ReadStatImport.h).
-DataFile loadDataFile(const std::string& path);
+// `progress`, when given, hears now and then the share of the CSV text read, 0 to 1.
+using LoadProgress = std::function<void(double share)>;
+DataFile loadDataFile(const std::string& path, const LoadProgress& progress = {});
 
 // Loads from text in memory; `csvName` names the CSV text in messages and with
 // ".dict.json" appended names the dictionary. Without dictionary text there is none.

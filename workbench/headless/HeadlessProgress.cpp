@@ -29,7 +29,14 @@ void HeadlessProgress::dstart(unsigned long total) {
     m_total = total;
     m_position = 0;
     m_nextDraw = 0;
+    m_started = std::chrono::steady_clock::now();
     draw();
+}
+
+void HeadlessProgress::advanceTo(unsigned long position) {
+    m_position = position;
+    if (m_open && m_position >= m_nextDraw)
+        draw();
 }
 
 void HeadlessProgress::dstop() {
@@ -57,7 +64,7 @@ void HeadlessProgress::draw() {
     // The first position with the next whole percentage: nothing is drawn before it.
     m_nextDraw =
         percent >= 100 ? static_cast<unsigned long>(-1) : ((percent + 1) * m_total + 99) / 100;
-    if (m_terminal == nullptr)
+    if (m_terminal == nullptr || std::chrono::steady_clock::now() - m_started < m_delay)
         return;
     const int filled = static_cast<int>(percent * BarWidth / 100);
     const std::string bar = std::string(filled, '#') + std::string(BarWidth - filled, '.');

@@ -2,15 +2,18 @@
 // The headless front end's progress display and user break.
 //
 // The module opens the display with dstart(total), then says nothing until dstop, but it
-// calls lookbr once for every case it reads; so lookbr is what moves the bar. The bar is
-// redrawn only when its whole percentage changes (at most 101 times a scan), and only when
-// it has a terminal to draw on: by default standard error when that is a terminal.
+// calls lookbr once for every case it reads; so lookbr is what moves the bar. Work that is
+// not the module's (loading a file) moves it with advanceTo. The bar is redrawn only when
+// its whole percentage changes (at most 101 times a scan), only once the work has lasted a
+// second (work done sooner shows nothing), and only when it has a terminal to draw on: by
+// default standard error when that is a terminal.
 //
 // A break is asked for with requestBreak, which only sets an atomic flag and so may be
 // called from a signal handler or another thread. The request stands, and every lookbr
 // reports it, until clearBreak: whoever asked decides when the next operation may run.
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <string>
 
@@ -22,8 +25,10 @@ class HeadlessProgress : public HostProgress {
 public:
     // Draws on standard error when it is a terminal, nowhere otherwise.
     HeadlessProgress();
-    // Draws on `terminal`; null draws nothing.
-    explicit HeadlessProgress(std::FILE* terminal) : m_terminal(terminal) {}
+    // Draws on `terminal`, once the work has lasted `delay`; null draws nothing.
+    explicit HeadlessProgress(std::FILE* terminal,
+                              std::chrono::milliseconds delay = std::chrono::seconds(1))
+        : m_terminal(terminal), m_delay(delay) {}
     // `stream` when it is a terminal, else null.
     static std::FILE* terminalOf(std::FILE* stream);
 
@@ -31,6 +36,8 @@ public:
     void dstart(unsigned long total) override;
     void dstop() override;
     int lookbr() override;
+    // Moves the bar to `position` of the total, for work that has no lookbr of its own.
+    void advanceTo(unsigned long position);
 
     // Async-signal-safe.
     void requestBreak() noexcept { m_breakRequested.store(true, std::memory_order_relaxed); }
@@ -58,6 +65,8 @@ private:
     static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets the flag");
     std::atomic<bool> m_breakRequested{false};
     std::FILE* m_terminal;
+    std::chrono::milliseconds m_delay;
+    std::chrono::steady_clock::time_point m_started;
     std::string m_text;
     bool m_open = false;
     int m_starts = 0;

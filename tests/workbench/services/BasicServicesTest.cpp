@@ -138,7 +138,7 @@ TEST(HeadlessProgress, BreakRequestStandsUntilCleared) {
 TEST(HeadlessProgress, DrawsAtMostOncePerPercent) {
     std::FILE* terminal = std::tmpfile();
     ASSERT_NE(terminal, nullptr);
-    wb::HeadlessProgress progress(terminal);
+    wb::HeadlessProgress progress(terminal, std::chrono::milliseconds(0));
     progress.d_pbar("Scan ");
     progress.dstart(100000);
     for (int i = 0; i < 100000; ++i)
@@ -158,6 +158,29 @@ TEST(HeadlessProgress, DrawsAtMostOncePerPercent) {
     // After dstop the line ends blank.
     const std::string tail = all.substr(all.rfind('\r', all.size() - 2));
     EXPECT_EQ(tail.find_first_not_of(" \r"), std::string::npos);
+}
+
+} // namespace
+
+namespace {
+
+// Work done within the delay shows no bar at all; advanceTo moves the bar as lookbr does.
+TEST(HeadlessProgress, QuickWorkShowsNothingAndAdvanceToMovesTheBar) {
+    for (const auto delay : {std::chrono::milliseconds(3'600'000), std::chrono::milliseconds(0)}) {
+        std::FILE* terminal = std::tmpfile();
+        ASSERT_NE(terminal, nullptr);
+        wb::HeadlessProgress progress(terminal, delay);
+        progress.d_pbar("Chargement ");
+        progress.dstart(1000);
+        progress.advanceTo(500);
+        const std::string drawn = contents(terminal);
+        progress.dstop();
+        std::fclose(terminal);
+        if (delay.count() > 0)
+            EXPECT_EQ(drawn, "");
+        else
+            EXPECT_NE(drawn.find(" 50%"), std::string::npos) << drawn;
+    }
 }
 
 } // namespace
