@@ -952,6 +952,11 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
                               data.counts.begin(), data.counts.end(),
                               [](double count) { return count > 0; })) <= MostLabelledBars;
     const QFont countFont = font(9);
+    struct CountLabel {
+        QPointF anchor; // the middle of the bar's top, the label's bottom centre
+        double count;
+    };
+    std::vector<CountLabel> countLabels;
     for (std::size_t jj = ny; jj-- > 0;) {
         const QColor colour = sequenceColour(jj);
         for (std::size_t i = 0; i < nx; ++i) {
@@ -970,17 +975,32 @@ void GraphPainter::drawHistogram3D(const QRectF& area) {
             m_painter.setBrush(colour.lighter(125));
             m_painter.drawPolygon(QPolygonF() << at(i0, j0, count) << at(i1, j0, count)
                                               << at(i1, j1, count) << at(i0, j1, count));
-            if (labelled) { // the count above the top face, where no height must be guessed
-                m_painter.setPen(Ink);
-                m_painter.setFont(countFont);
-                drawText(m_painter, (at(i0, j0, count) + at(i1, j1, count)) / 2 - QPointF(0, 3),
-                         qs(shortNumber(count)), Qt::AlignHCenter | Qt::AlignBottom);
-            }
+            if (labelled)
+                countLabels.push_back(
+                    {(at(i0, j0, count) + at(i1, j1, count)) / 2 - QPointF(0, 3), count});
             addHotspot(QPolygonF() << at(i0, j0, 0) << at(i1, j0, 0) << at(i1, j1, 0)
                                    << at(i1, j1, count) << at(i0, j1, count) << at(i0, j0, count),
                        data.x.name + " " + data.xBins[i].label + ", " + data.y.name + " " +
                            data.yBins[jj].label + " : " + shortNumber(count));
         }
+    }
+
+    // The counts over the bars, nearest bars first, each where no other count stands yet:
+    // over all the bars, so that none is hidden, and the tooltip tells the rest.
+    m_painter.setPen(Ink);
+    m_painter.setFont(countFont);
+    const QFontMetricsF countMetrics(countFont);
+    std::vector<QRectF> placed;
+    for (auto label = countLabels.rbegin(); label != countLabels.rend(); ++label) {
+        const QString text = qs(shortNumber(label->count));
+        const double width = countMetrics.horizontalAdvance(text);
+        const QRectF box(label->anchor.x() - width / 2, label->anchor.y() - countMetrics.height(),
+                         width, countMetrics.height());
+        if (std::any_of(placed.begin(), placed.end(),
+                        [&](const QRectF& other) { return other.intersects(box); }))
+            continue;
+        placed.push_back(box);
+        drawText(m_painter, label->anchor, text, Qt::AlignHCenter | Qt::AlignBottom);
     }
 
     m_painter.setPen(QPen(Ink, 1));

@@ -17,13 +17,15 @@
 //              that is tall enough;
 //   boxplot    one panel per variable with its own scale: whiskers, box, centre line (and a
 //              diamond for a mean), the number of cases under the name;
-//   scatter-matrix  one plot per pair with its correlation, names and ranges on the
-//              diagonal;
-//   histogram3d     the bivariate counts as bars in an oblique projection, one colour per
-//              bin of the second variable, the count axis on the left.
-// Every picture has the titles on top: the first line bold, the drill string under it.
-// The SVG holds, over each bar, slice, band, box, plot and 3D bar, a transparent shape
-// whose <title> tells its full label and value (a browser shows it as a tooltip).
+//   scatter-matrix  one plot per pair with its correlation and cases in a strip above the
+//              points, names and ranges on the diagonal, values along the outer panels;
+//   histogram3d     the bivariate counts as bars standing on a shaded floor in an oblique
+//              projection, one colour per bin of the second variable, the count axis on
+//              the left, and the counts over the bars where they do not cover each other.
+// Every picture has the titles on top: the first line bold, the drill string under it. No
+// text covers another. The SVG holds, over each bar, slice, band, box, plot and 3D bar, a
+// transparent shape whose <title> tells its label, as the module passed it, and its value
+// (a browser shows it as a tooltip).
 
 #include <stdexcept>
 #include <string>
