@@ -11,6 +11,7 @@
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/HeadlessRun.h"
 #include "workbench/data/VariableList.h"
+#include "workbench/session/DrillCondition.h"
 #include "workbench/session/StateJson.h"
 #include "workbench/text/Spelling.h"
 
@@ -26,6 +27,7 @@ struct DumpOptions {
     std::string down;
     std::optional<std::string> review;
     std::vector<std::string> drills;
+    bool condition = false; // dump prints the drill path as a selection condition
 };
 
 DumpOptions parseDumpArguments(const Arguments& arguments) {
@@ -51,6 +53,8 @@ DumpOptions parseDumpArguments(const Arguments& arguments) {
             options.drills.push_back(value());
         else if (argument == "--out")
             options.out = value();
+        else if (argument == "--condition")
+            options.condition = true;
         else if (argument.starts_with("--"))
             throw UsageError("unknown option " + argument);
         else if (options.file.empty())
@@ -134,8 +138,16 @@ public:
 } // namespace
 
 int runDump(const Arguments& arguments) {
-    DrilledRun run(parseDumpArguments(arguments));
-    std::cout << stateText(run.analysis()) << '\n';
+    const DumpOptions options = parseDumpArguments(arguments);
+    DrilledRun run(options);
+    if (!options.condition) {
+        std::cout << stateText(run.analysis()) << '\n';
+        return ExitSuccess;
+    }
+    const std::string condition = drillPathCondition(run.analysis(), run.session().file());
+    if (condition.empty())
+        std::cerr << "the subset is the whole file: no condition narrows it\n";
+    std::cout << condition << '\n';
     return ExitSuccess;
 }
 

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "drilldown/host/RealNumbers.h"
 #include "workbench/data/DataFile.h"
 #include "workbench/data/TextPosition.h"
 
@@ -318,19 +317,21 @@ bool SelectionCondition::compare(const Instruction& test, const double* row, con
         if (file.isMissing(test.right.var, right))
             return false;
     }
+    // Exactly, as the analysis compares a case with the limits of its drill steps: a
+    // condition written from them keeps the very cases they keep.
     switch (test.relation) {
     case Relation::Equal:
-        return RealEqual(left, right);
+        return left == right;
     case Relation::NotEqual:
-        return !RealEqual(left, right);
+        return left != right;
     case Relation::Less:
-        return RealLess(left, right);
+        return left < right;
     case Relation::LessEqual:
-        return RealLessEqual(left, right);
+        return left <= right;
     case Relation::Greater:
-        return RealGreater(left, right);
+        return left > right;
     case Relation::GreaterEqual:
-        return RealGreaterEqual(left, right);
+        return left >= right;
     }
     return false;
 }

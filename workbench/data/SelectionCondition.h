@@ -15,7 +15,9 @@
 // without regard to case), and "#3" is variable 3 for names that are not plain words.
 // "missing" is a keyword only before "(". Numbers may be negative, decimal or in
 // exponent form. A comparison with a missing value on either side is false, so
-// `not AGE > 30` holds for a case whose age is missing.
+// `not AGE > 30` holds for a case whose age is missing. Comparisons are exact, as the
+// analysis compares a case with the limits of a drill step (0.1 + 0.2 is not 0.3); a value
+// is missing when it equals its variable's missing code within the analysis's tolerance.
 //
 // The text is compiled once into a flat program of tests and forward jumps that works on a
 // single truth register, so evaluating a case neither allocates nor recurses.

@@ -28,9 +28,10 @@ std::string quotedText(const ControlState& control) {
 // control only at the steps where it can be used.
 std::string unavailable(int id, const ControlState& control) {
     const std::string name = quotedText(control);
-    return (name.empty() ? "Control " + std::to_string(id) : name.substr(2, name.size() - 3)) +
-           " cannot be used at this step of the analysis (the panel disables it; control " +
-           std::to_string(id) + ").";
+    const std::string step = " cannot be used at this step of the analysis (the panel disables it";
+    if (name.empty())
+        return "Control " + std::to_string(id) + step + ").";
+    return name.substr(2, name.size() - 3) + step + "; control " + std::to_string(id) + ").";
 }
 
 // The text of a value: a string as it is, a number in its shortest form, an array its items
