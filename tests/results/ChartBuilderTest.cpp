@@ -1,10 +1,10 @@
-// The chart request as the host receives it from CGeneralChart: the settings of each kind of
-// chart, the count axis, the requests that are never sent, and memory running out.
+// The chart request as the host receives it from CGeneralChart: the count axis, the stacked
+// colours, the points, titles and labels, the requests that are never sent, and memory
+// running out.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 #include "drilldown/results/ChartBuilder.h"
@@ -75,20 +75,11 @@ TEST_F(ChartBuilder, CountAxisLabels) {
     }
 }
 
-TEST_F(ChartBuilder, HistogramFlagsAndModes) {
-    const struct {
-        unsigned short flagsBefore;
-        unsigned char drawFlags;
-        unsigned short flags;
-        int mode;
-    } cases[] = {{2, 1, 130, 0}, {2, 0, 130, 12}, {10, 1, 138, 0}, {130, 1, 130, 0}};
-    for (const auto& c : cases) {
-        auto bars = chart();
-        bars->chartFlags = c.flagsBefore;
-        ASSERT_EQ(bars->DrawHistogram(c.drawFlags), 1);
-        EXPECT_EQ(recorder.charts.back().flags, c.flags) << c.flagsBefore;
-        EXPECT_EQ(recorder.charts.back().modes[0], c.mode) << int(c.drawFlags);
-    }
+TEST_F(ChartBuilder, StackedColoursRepeatAndTheLastBandIsTwelve) {
+    auto bands = chart(12);
+    ASSERT_EQ(bands->DrawStacked(), 1);
+    EXPECT_EQ(recorder.charts.back().colours,
+              (std::vector<int>{10, 9, 11, 13, 14, 15, 2, 4, 8, 3, 10, 12}));
 }
 
 TEST_F(ChartBuilder, RequestsThatAreNeverSent) {

@@ -1,9 +1,9 @@
 #pragma once
-// A host output that records the module's graph requests argument by argument, copying every
-// array while the call lasts (the module frees them right after), and tries the case filter
-// of the host-drawn graphs on cases that the test gives.
+// A host output that records what the host draws of the module's graph requests, copying
+// every array while the call lasts (the module frees them right after), and tries the case
+// filter of the host-drawn graphs on cases that the test gives. The series types, options,
+// modes, flags, axis styles and legend are left out: the host draws nothing from them.
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string>
@@ -27,28 +27,17 @@ struct AxisLabels {
 
 struct ChartRequest {
     int kind = 0;
-    unsigned short flags = 0;
     short seriesCount = 0;
     std::vector<int> points;
     // Per series: the X values, then the Y values from index points[s] on.
     std::vector<std::vector<double>> data;
-    std::vector<int> types, options1, options2, colours, modes;
-    bool namesGiven = false;
-    std::vector<std::string> names;
-    std::vector<double> widths;
+    std::vector<int> colours;
     std::array<std::string, 3> titles;
-    short titleStride = 0, titleLines = 0;
     std::string xTitle, yTitle;
-    short xTitleLength = 0, xTitleLines = 0, yTitleLength = 0, yTitleLines = 0;
+    short xTitleLength = 0, yTitleLength = 0;
     double yMin = 0, yMax = 0, yStep = 0, xMin = 0, xMax = 0;
     AxisLabels xLabels, yLabels;
-    // The two label sets that carry nothing: pointers null and the four numbers.
-    bool unusedPointersNull = false;
-    std::array<int, 4> unusedNumbers{};
-    std::array<int, 9> axisStyles{};
-    bool legendEmpty = false;
-    short legendWidth = 0;
-    short pointLabelSwitch = 0, pointLabelWidth = 0;
+    short pointLabelWidth = 0;
     // Per series: the point labels, or none when its pointer is null.
     std::vector<std::vector<std::string>> pointLabels;
     std::vector<bool> pointLabelsGiven;
@@ -88,34 +77,22 @@ public:
     }
 
     int NewGeneralMultipleChartLongEx(
-        const CChartInfo& info, unsigned short chartFlags, short seriesCount, double** data,
-        int* points, unsigned char* seriesTypes, unsigned char* seriesOptions1,
-        unsigned char* seriesOptions2, unsigned char* seriesColours, char** seriesNames,
-        double* barWidths, char* titles, short titleStride, short titleLines, char* xTitle,
-        short xTitleLength, short xTitleLines, char* yTitle, short yTitleLength, short yTitleLines,
-        double yMin, double yMax, double yStep, double xMin, double xMax, double, char* xLabels,
+        const CChartInfo& info, unsigned short, short seriesCount, double** data, int* points,
+        unsigned char*, unsigned char*, unsigned char*, unsigned char* seriesColours, char**,
+        double*, char* titles, short titleStride, short titleLines, char* xTitle,
+        short xTitleLength, short, char* yTitle, short yTitleLength, short, double yMin,
+        double yMax, double yStep, double xMin, double xMax, double, char* xLabels,
         short xLabelWidth, double* xLabelPositions, int xLabelCount, char* yLabels,
-        short yLabelWidth, double* yLabelPositions, int yLabelCount, char* unused1, short unused2,
-        double* unused3, int unused4, char* unused5, short unused6, double* unused7, int unused8,
-        unsigned short xAxisStyle, short xAxisOption1, short xAxisOption2,
-        unsigned short yAxisStyle, short yAxisOption1, short yAxisOption2,
-        unsigned short zAxisStyle, short zAxisOption1, short zAxisOption2, char* legend,
-        short legendItemWidth, int* seriesModes, short pointLabelSwitch, short pointLabelWidth,
+        short yLabelWidth, double* yLabelPositions, int yLabelCount, char*, short, double*, int,
+        char*, short, double*, int, unsigned short, short, short, unsigned short, short, short,
+        unsigned short, short, short, char*, short, int*, short, short pointLabelWidth,
         char** pointLabels) override {
         ChartRequest r;
-        std::tie(r.kind, r.flags, r.seriesCount, r.namesGiven) =
-            std::tuple(info.Kind(), chartFlags, seriesCount, seriesNames != nullptr);
+        std::tie(r.kind, r.seriesCount) = std::tuple(info.Kind(), seriesCount);
         for (int s = 0; s < seriesCount; ++s) {
             r.points.push_back(points[s]);
             r.data.emplace_back(data[s], data[s] + 2 * points[s]);
-            r.types.push_back(seriesTypes[s]);
-            r.options1.push_back(seriesOptions1[s]);
-            r.options2.push_back(seriesOptions2[s]);
             r.colours.push_back(seriesColours[s]);
-            r.modes.push_back(seriesModes[s]);
-            r.widths.push_back(barWidths[s]);
-            if (seriesNames != nullptr)
-                r.names.emplace_back(seriesNames[s]);
             const bool labelled = pointLabels != nullptr && pointLabels[s] != nullptr;
             r.pointLabelsGiven.push_back(labelled);
             r.pointLabels.push_back(labelled && pointLabelWidth > 0
@@ -124,24 +101,14 @@ public:
         }
         for (int line = 0; line < titleLines && line < 3; ++line)
             r.titles[line] = fields(titles + line * titleStride, titleStride, 1)[0];
-        std::tie(r.titleStride, r.titleLines, r.xTitle, r.yTitle) =
-            std::tuple(titleStride, titleLines, std::string(xTitle, xTitleLength),
-                       std::string(yTitle, yTitleLength));
-        std::tie(r.xTitleLength, r.xTitleLines, r.yTitleLength, r.yTitleLines) =
-            std::tuple(xTitleLength, xTitleLines, yTitleLength, yTitleLines);
+        std::tie(r.xTitle, r.yTitle, r.xTitleLength, r.yTitleLength) =
+            std::tuple(std::string(xTitle, xTitleLength), std::string(yTitle, yTitleLength),
+                       xTitleLength, yTitleLength);
         std::tie(r.yMin, r.yMax, r.yStep, r.xMin, r.xMax) =
             std::tuple(yMin, yMax, yStep, xMin, xMax);
         r.xLabels = labels(xLabels, xLabelWidth, xLabelPositions, xLabelCount);
         r.yLabels = labels(yLabels, yLabelWidth, yLabelPositions, yLabelCount);
-        r.unusedPointersNull =
-            unused1 == nullptr && unused3 == nullptr && unused5 == nullptr && unused7 == nullptr;
-        r.unusedNumbers = {unused2, unused4, unused6, unused8};
-        r.axisStyles = {xAxisStyle,   xAxisOption1, xAxisOption2, yAxisStyle,  yAxisOption1,
-                        yAxisOption2, zAxisStyle,   zAxisOption1, zAxisOption2};
-        r.legendEmpty =
-            legend != nullptr && std::all_of(legend, legend + 400, [](char c) { return c == 0; });
-        std::tie(r.legendWidth, r.pointLabelSwitch, r.pointLabelWidth) =
-            std::tuple(legendItemWidth, pointLabelSwitch, pointLabelWidth);
+        r.pointLabelWidth = pointLabelWidth;
         charts.push_back(std::move(r));
         return chartAnswer;
     }
