@@ -1,7 +1,7 @@
 // The graph requests of the analysis as the host receives them: histograms, pie charts and
 // stacked plots from the category counts, box plots, the scatterplot matrix and 3D
-// histograms with the case filter, and the panel's buttons that ask for them. The settings
-// that every chart of a kind shares are ChartBuilderTest's.
+// histograms with the case filter, and the panel's buttons that ask for them. The count
+// axis, the stacked colours and the requests never sent are ChartBuilderTest's.
 
 #include <gtest/gtest.h>
 
