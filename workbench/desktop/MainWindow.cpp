@@ -1,6 +1,8 @@
 #include "workbench/desktop/MainWindow.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QStatusBar>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QDir>
@@ -20,6 +22,7 @@
 #include "workbench/documents/TableHtml.h"
 #include "workbench/render/GraphRenderer.h"
 #include "workbench/desktop/QtText.h"
+#include "workbench/session/DrillCondition.h"
 #include "workbench/session/PanelMacro.h"
 #include "workbench/session/WindowLayout.h"
 
@@ -98,6 +101,8 @@ void MainWindow::buildMenus() {
 
     QMenu* analysis = menuBar()->addMenu(QStringLiteral("&Analyse"));
     analysis->addAction(QStringLiteral("&Drill-down"), this, &MainWindow::startAnalysis);
+    analysis->addAction(QStringLiteral("&Copier la condition du sous-ensemble"), this,
+                        &MainWindow::copySubsetCondition);
 
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Outils"));
     tools->addAction(QStringLiteral("&Exécuter une macro…"), this, [this] {
@@ -199,6 +204,19 @@ bool MainWindow::stopRecording(const QString& path) {
         return false;
     m_recorder.stop();
     return true;
+}
+
+QString MainWindow::copySubsetCondition() {
+    if (!m_session.hasAnalysis()) {
+        tellProblem(windowTitle(), QStringLiteral("aucune analyse n'est ouverte"));
+        return {};
+    }
+    const QString condition = qtext(drillPathCondition(m_session.analysis(), m_session.file()));
+    QGuiApplication::clipboard()->setText(condition);
+    statusBar()->showMessage(condition.isEmpty()
+                                 ? QStringLiteral("Le sous-ensemble est le fichier entier.")
+                                 : QStringLiteral("Condition copiée : ") + condition);
+    return condition;
 }
 
 bool MainWindow::writeOrTell(const QString& path, std::string_view content) {

@@ -60,6 +60,9 @@ public:
     void startRecording();
     bool stopRecording(const QString& path);
     bool recording() const { return m_recorder.recording(); }
+    // The current subset as a selection condition, put on the clipboard and shown in the
+    // status bar; empty without an analysis or when nothing narrows the file.
+    QString copySubsetCondition();
     // The window of the open file's cases, made on first use; null before.
     void showData();
     DataView* dataView() const { return m_dataView.data(); }

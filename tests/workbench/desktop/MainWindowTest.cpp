@@ -12,6 +12,8 @@
 #include <QMdiSubWindow>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -26,6 +28,7 @@
 #include "support/AnalysisFixture.h"
 #include "support/TempDir.h"
 #include "workbench/data/DataFileLoader.h"
+#include "workbench/data/SelectionCondition.h"
 #include "workbench/desktop/BrushingMode.h"
 #include "workbench/desktop/DataDialogs.h"
 #include "workbench/desktop/DataView.h"
@@ -153,6 +156,17 @@ TEST_F(SampleWindow, AUserDrillsByClickingBarsUntilNoVariableIsLeft) {
     EXPECT_EQ(session.analysis().GetDrillUpsSize(), 3);
     EXPECT_EQ(commandsOffered, (std::vector<int>{1, 2, 2, 2, 2}));
     EXPECT_EQ(session.dialogs().resultsLockDepth(session.panel()), 0);
+
+    // The path reached, copied as a condition, keeps the cases of the subset.
+    const QString condition = window.copySubsetCondition();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), condition);
+    const wb::DataFile& file = session.file();
+    const wb::SelectionCondition selection(condition.toStdString(), file);
+    int differing = 0;
+    for (int c = 1; c <= file.caseCount(); ++c)
+        differing += selection.matches(file.row(c), file) !=
+                     (session.analysis().HasBeenDrilled(file.row(c)) == 0);
+    EXPECT_EQ(differing, 0) << condition.toStdString();
 
     const std::string recording = dir.path("brushed.ddm");
     ASSERT_TRUE(window.stopRecording(QString::fromStdString(recording)));
