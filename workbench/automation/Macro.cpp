@@ -140,6 +140,9 @@ MacroStatement parseStatement(std::string_view text, BstrAllocator& strings) {
         } else if (sameWord(first, "Dump") && rest.empty()) {
             statement.kind = MacroStatement::Kind::Dump;
             return statement;
+        } else if (sameWord(first, "Contrast") && rest.empty()) {
+            statement.kind = MacroStatement::Kind::Contrast;
+            return statement;
         } else if (sameWord(first, "Brush")) {
             statement.kind = MacroStatement::Kind::Brush;
             statement.brushing = parseBrushingSteps(rest);
@@ -241,6 +244,8 @@ std::optional<std::string> MacroRunner::runOne(const MacroStatement& statement) 
             return macroValueText(m_dispatcher.get(value.pdispVal, "Name"));
         return macroValueText(value);
     }
+    case MacroStatement::Kind::Contrast:
+        return m_hooks.contrast ? m_hooks.contrast() : std::string();
     case MacroStatement::Kind::Dump:
         return m_hooks.dump ? m_hooks.dump() : std::string();
     case MacroStatement::Kind::Brush:

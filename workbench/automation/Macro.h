@@ -6,6 +6,8 @@
 //   Member             a method, or the get of a member that only gives (a result)
 //   Print Member       prints the value that the get gives; an object by its Name
 //   Dump               prints the state of the analysis
+//   Contrast           prints the subset against the rest of the level above: where to
+//                      drill next, and the review variables compared
 //   Close N            closes result document N (its number in the output) as the user
 //                      closing its window does
 //   Brush S, S, ...    brushes: presses the panel's brushing button and answers its passes
@@ -13,7 +15,8 @@
 //                      up); the pass after the last step leaves, which ends the loop
 //   ' comment          from ' to the end of the line, outside quotes; blank lines are skipped
 //
-// Member names and the words Print, Dump, Close, Brush, Up, True and False match without regard to case.
+// Member names and the words Print, Dump, Contrast, Close, Brush, Up, True and False match
+// without regard to case.
 //
 // To use: parseMacro reads the whole text first, so that a wrong line stops the run before
 // anything has happened; MacroRunner then runs the statements in order against the object.
@@ -44,7 +47,7 @@ struct BrushingStep {
 };
 
 struct MacroStatement {
-    enum class Kind { Put, Call, Print, Dump, Close, Brush };
+    enum class Kind { Put, Call, Print, Dump, Contrast, Close, Brush };
     Kind kind = Kind::Call;
     std::string member;
     COleVariant value; // of a put
@@ -66,7 +69,8 @@ class MacroRunner {
 public:
     // What the runner asks of its surroundings.
     struct Hooks {
-        std::function<std::string()> dump; // the state for Dump
+        std::function<std::string()> dump;     // the state for Dump
+        std::function<std::string()> contrast; // the text of Contrast
         // Checked after each statement: a text that says why the run cannot go on (a modal
         // dialog that nobody can answer opened), or empty.
         std::function<std::string()> problem;

@@ -13,6 +13,7 @@
 #include "workbench/data/VariableList.h"
 #include "workbench/session/DrillCondition.h"
 #include "workbench/session/StateJson.h"
+#include "workbench/stats/SubsetContrast.h"
 #include "workbench/text/Spelling.h"
 
 namespace wb::cli {
@@ -28,6 +29,7 @@ struct DumpOptions {
     std::optional<std::string> review;
     std::vector<std::string> drills;
     bool condition = false; // dump prints the drill path as a selection condition
+    bool contrast = false;  // dump prints the subset against the rest of the level above
 };
 
 DumpOptions parseDumpArguments(const Arguments& arguments) {
@@ -55,6 +57,8 @@ DumpOptions parseDumpArguments(const Arguments& arguments) {
             options.out = value();
         else if (argument == "--condition")
             options.condition = true;
+        else if (argument == "--contrast")
+            options.contrast = true;
         else if (argument.starts_with("--"))
             throw UsageError("unknown option " + argument);
         else if (options.file.empty())
@@ -140,6 +144,10 @@ public:
 int runDump(const Arguments& arguments) {
     const DumpOptions options = parseDumpArguments(arguments);
     DrilledRun run(options);
+    if (options.contrast) {
+        std::cout << contrastText(contrastSubset(run.analysis(), run.session().file()));
+        return ExitSuccess;
+    }
     if (!options.condition) {
         std::cout << stateText(run.analysis()) << '\n';
         return ExitSuccess;

@@ -25,12 +25,14 @@ constexpr std::array Commands{
     Command{"info", "FILE", "show the variables and settings of a data file", runInfo},
     Command{"dump",
             "FILE --down \"LIST\" [--review \"LIST\"] [--weight VAR] [--select EXPR] "
-            "[--drill \"VAR=CATEGORY\" ...] [--condition]",
+            "[--drill \"VAR=CATEGORY\" ...] [--condition | --contrast]",
             "drill down step by step and print the analysis's state as JSON; LIST holds "
             "numbers, ranges a-b and names, with | between the categorical and the continuous "
             "variables; CATEGORY is a label or @n, the n-th row of the category dialog. "
             "--condition prints instead the subset reached as a selection condition, which "
-            "--select takes back",
+            "--select takes back; --contrast the subset against the rest of the level above: "
+            "where to drill next (Cramér's V, chi-square) and the review variables compared "
+            "(Welch's t, Hedges' g)",
             runDump},
     Command{"report",
             "FILE --down \"LIST\" [--review \"LIST\"] [--weight VAR] [--select EXPR] "

@@ -89,14 +89,16 @@ std::string binLabel(const Variable& variable, double value) {
     return numberText(value, ColumnFormat::Real);
 }
 
-// The bins of one variable over its values (sorted, distinct or not).
-std::vector<HistogramBin> binsFor(const Variable& variable, std::vector<double> values) {
+} // namespace
+
+std::vector<HistogramBin> binsFor(const Variable& variable, std::vector<double> values,
+                                  std::size_t maxDistinct) {
     std::sort(values.begin(), values.end());
     values.erase(std::unique(values.begin(), values.end()), values.end());
     std::vector<HistogramBin> bins;
     if (values.empty())
         return bins;
-    if (static_cast<int>(values.size()) <= MaxDistinctBins) {
+    if (values.size() <= maxDistinct) {
         for (double value : values)
             bins.push_back({value, value, binLabel(variable, value)});
         return bins;
@@ -113,7 +115,6 @@ std::vector<HistogramBin> binsFor(const Variable& variable, std::vector<double> 
     return bins;
 }
 
-// The bin of `value`, which lies within the bins' span.
 std::size_t binOf(const std::vector<HistogramBin>& bins, double value) {
     if (bins.front().lower == bins.front().upper) { // one bin per distinct value
         const auto at = std::lower_bound(bins.begin(), bins.end(), value,
@@ -126,7 +127,6 @@ std::size_t binOf(const std::vector<HistogramBin>& bins, double value) {
     return std::min(static_cast<std::size_t>(at - bins.begin()), bins.size() - 1);
 }
 
-} // namespace
 
 std::vector<KeptCase> keptCases(const DataFile& file, CaseFilter filter, CaseWeights weights) {
     return keepCases(file, weights, [filter](double* values) {

@@ -68,6 +68,14 @@ inline constexpr int MaxDistinctBins = 12;
 // Otherwise about this many bins of a neat step.
 inline constexpr int WantedBins = 8;
 
+// The bins of a variable over its values (sorted, distinct or not): one per distinct value
+// when there are at most `maxDistinct`, named by its label or number; otherwise about
+// WantedBins intervals lower < v <= upper of a neat step.
+std::vector<HistogramBin> binsFor(const Variable& variable, std::vector<double> values,
+                                  std::size_t maxDistinct = MaxDistinctBins);
+// The bin of `value`, which lies within the bins' span.
+std::size_t binOf(const std::vector<HistogramBin>& bins, double value);
+
 // Bivariate counts of x and y over the kept cases with a value of both.
 Histogram3DData histogram3D(const DataFile& file, const std::vector<KeptCase>& kept, int x,
                             int y);

@@ -61,7 +61,8 @@ std::string stepCondition(const Drill& record, const DataFile& file) {
 
 } // namespace
 
-std::string drillPathCondition(const CDrillDown& analysis, const DataFile& file) {
+std::string drillPathCondition(const CDrillDown& analysis, const DataFile& file,
+                               bool parentLevel) {
     std::vector<std::string> parts;
     if (!file.selectionText().empty())
         parts.push_back("(" + file.selectionText() + ")");
@@ -73,9 +74,11 @@ std::string drillPathCondition(const CDrillDown& analysis, const DataFile& file)
         chosen(analysis.Categorical, analysis.NoCategorical);
         chosen(analysis.Continuous, analysis.NoContinuous);
     }
+    // The newest step stands first in the set.
     if (const DrillSet* ups = analysis.GetDrillUps())
-        for (const Drill& record : *ups)
-            parts.push_back(stepCondition(record, file));
+        for (auto record = std::next(ups->begin(), parentLevel && !ups->empty() ? 1 : 0);
+             record != ups->end(); ++record)
+            parts.push_back(stepCondition(*record, file));
     std::string condition;
     for (const std::string& part : parts)
         condition += (condition.empty() ? "" : " and ") + part;

@@ -23,6 +23,8 @@
 namespace wb {
 
 // "" when nothing narrows the file: no selection, no drill step, no casewise deletion.
-std::string drillPathCondition(const CDrillDown& analysis, const DataFile& file);
+// With `parentLevel`, the newest drill step is left out: the level the subset was cut from.
+std::string drillPathCondition(const CDrillDown& analysis, const DataFile& file,
+                               bool parentLevel = false);
 
 } // namespace wb

@@ -10,6 +10,7 @@
 #include "drilldown/resources/ControlIds.h"
 #include "drilldown/resources/Dialogs.h"
 #include "workbench/session/StateJson.h"
+#include "workbench/stats/SubsetContrast.h"
 
 namespace wb {
 
@@ -135,16 +136,23 @@ void runPanelMacro(AnalysisSession& session, std::istream& macro, const std::str
     } driving(session.analysisDocument());
     std::size_t modalsSeen = session.dialogs().modalDialogsOpened().size();
     MacroRunner::Hooks hooks{
-        [&] { return stateText(session.analysis()); },
-        [&] { return statementProblem(session, modalsSeen); },
-        [&](int number) {
-            if (session.documents().find(number) == nullptr)
-                return false;
-            session.documents().close(number);
-            return true;
-        },
-        [&](const std::vector<BrushingStep>& steps) { return brushByMacro(session, steps); },
-        [&](const MacroStatement& statement) { return putCaution(session, statement); }};
+        .dump = [&] { return stateText(session.analysis()); },
+        .contrast =
+            [&] {
+                const std::string text =
+                    contrastText(contrastSubset(session.analysis(), session.file()));
+                return text.substr(0, text.size() - 1); // the runner ends the line
+            },
+        .problem = [&] { return statementProblem(session, modalsSeen); },
+        .close =
+            [&](int number) {
+                if (session.documents().find(number) == nullptr)
+                    return false;
+                session.documents().close(number);
+                return true;
+            },
+        .brush = [&](const std::vector<BrushingStep>& steps) { return brushByMacro(session, steps); },
+        .caution = [&](const MacroStatement& statement) { return putCaution(session, statement); }};
     MacroRunner(dispatcher, panel, name, hooks, out).run(statements);
 }
 

@@ -39,6 +39,7 @@ TEST_F(MacroTest, StatementsOfEachForm) {
         {"DrillDown", Kind::Call, "DrillDown", "", VT_EMPTY},
         {"print  CategorySelections", Kind::Print, "CategorySelections", "", VT_EMPTY},
         {"DUMP", Kind::Dump, "", "", VT_EMPTY},
+        {"contrast", Kind::Contrast, "", "", VT_EMPTY},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.line);

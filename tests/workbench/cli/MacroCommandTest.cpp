@@ -66,6 +66,20 @@ TEST_F(MacroCommand, BrushingDrillsAsTheCategoryDialogDoes) {
     EXPECT_EQ(state["DrillDowns"][0]["Variable"], expected["DrillDowns"][0]["Variable"]);
 }
 
+// Contrast prints where to drill next and the review variables compared, once a step is
+// drilled, and says that there is nothing to compare before.
+TEST_F(MacroCommand, ContrastSetsTheSubsetAgainstTheRest) {
+    const CliRun result = run("Variables = \"SEX REGION | AGE\"\nReviewVariables = \"| INCOME\"\n"
+                              "Contrast\nDrillDownVariable = \"SEX\"\nDrillDownCategory = 0\n"
+                              "DrillDown\nContrast\n");
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_NE(result.out.find("No drill step yet"), std::string::npos) << result.out;
+    const std::size_t next = result.out.find("Where to drill next");
+    ASSERT_NE(next, std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("  REGION: V = ", next), std::string::npos);
+    EXPECT_NE(result.out.find("  INCOME: subset mean ", next), std::string::npos);
+}
+
 TEST_F(MacroCommand, PrintShowsWhatTheGetGives) {
     const CliRun result = run("Variables = \"SEX | AGE\"\n"
                               "Print Variables\n"
