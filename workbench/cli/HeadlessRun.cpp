@@ -37,7 +37,8 @@ DataFile loadForRun(const RunSetup& setup, HeadlessProgress& progress) {
 
 HeadlessRun::HeadlessRun(const RunSetup& setup)
     : m_folder(setup.out),
-      m_session(m_frontEnd.bundle(&m_folder), SessionOptions{.outputFolder = setup.out}) {
+      m_session(m_frontEnd.bundle(&m_folder),
+                SessionOptions{.outputFolder = setup.out, .parentShares = setup.parentShares}) {
     m_session.open(loadForRun(setup, m_frontEnd.progress()));
     // The command drives the analysis to its end: its documents outlive it in the folder.
     m_session.analysisDocument().setAutomated(true);

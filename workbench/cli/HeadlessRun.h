@@ -18,6 +18,7 @@ struct RunSetup {
     std::string out = "drilldown-out";
     std::optional<std::string> weight;    // a variable, by name or number
     std::optional<std::string> selection; // a selection condition
+    bool parentShares = true;             // frequency tables show the level above
 };
 
 class HeadlessRun {

@@ -48,6 +48,8 @@ MacroOptions parseMacroArguments(const Arguments& arguments) {
             options.saveLayout = value();
         else if (argument == "--record")
             options.record = value();
+        else if (argument == "--no-parent-shares")
+            options.setup.parentShares = false;
         else if (argument.starts_with("--"))
             throw UsageError("unknown option " + argument);
         else

@@ -30,6 +30,7 @@ struct DumpOptions {
     std::vector<std::string> drills;
     bool condition = false; // dump prints the drill path as a selection condition
     bool contrast = false;  // dump prints the subset against the rest of the level above
+    bool parentShares = true;
 };
 
 DumpOptions parseDumpArguments(const Arguments& arguments) {
@@ -59,6 +60,8 @@ DumpOptions parseDumpArguments(const Arguments& arguments) {
             options.condition = true;
         else if (argument == "--contrast")
             options.contrast = true;
+        else if (argument == "--no-parent-shares")
+            options.parentShares = false;
         else if (argument.starts_with("--"))
             throw UsageError("unknown option " + argument);
         else if (options.file.empty())
@@ -122,7 +125,8 @@ void applyDrill(const std::string& step, AnalysisSession& session) {
 class DrilledRun : public HeadlessRun {
 public:
     explicit DrilledRun(const DumpOptions& options)
-        : HeadlessRun(RunSetup{options.file, options.out, options.weight, options.selection}) {
+        : HeadlessRun(RunSetup{options.file, options.out, options.weight, options.selection,
+                               options.parentShares}) {
         // The lists are read here first, so that a wrong one is named as the user wrote it.
         const VariableChoice down = parseVariableList(options.down, session().file());
         if (down.categorical.empty() && down.continuous.empty())

@@ -36,14 +36,16 @@ constexpr std::array Commands{
             runDump},
     Command{"report",
             "FILE --down \"LIST\" [--review \"LIST\"] [--weight VAR] [--select EXPR] "
-            "[--drill \"VAR=CATEGORY\" ...] [--out DIR]",
+            "[--drill \"VAR=CATEGORY\" ...] [--out DIR] [--no-parent-shares]",
             "the same steps as dump; writes the summary, descriptive statistics and "
             "frequency tables of both levels as JSON and HTML with an index page, and saves "
-            "the current subset as a data file, into DIR (default ./drilldown-out)",
+            "the current subset as a data file, into DIR (default ./drilldown-out); after a "
+            "drill step the frequency tables show the level above's shares in a last column, "
+            "which --no-parent-shares leaves out",
             runReport},
     Command{"run",
             "FILE MACRO [--out DIR] [--weight VAR] [--select EXPR] [--layout FILE] "
-            "[--save-layout FILE] [--record OUT.ddm]",
+            "[--save-layout FILE] [--record OUT.ddm] [--no-parent-shares]",
             "run a macro against a new Drill-Down analysis on FILE, one statement a line: "
             "Member = value, Member, Print Member, Dump, Close N, Brush S, ...; ' starts a "
             "comment. --record writes what the macro did as a macro of its own. "

@@ -179,6 +179,8 @@ std::string OutputService::cText(const char* text) const {
 
 int OutputService::keep(Document document) {
     try {
+        if (m_augmenter)
+            m_augmenter(document, m_store.currentCommand(), m_store.currentOutputs() + 1);
         if (!m_router || m_automation == nullptr) {
             m_store.add(std::move(document));
             return 1;

@@ -65,6 +65,10 @@ public:
     // How the graphs drawn from the cases count the case weights (GraphStatistics.h), asked
     // at each graph: the analysis's own rule. Empty: as the file gives them.
     void setWeightRule(std::function<CaseWeights()> rule) { m_weightRule = std::move(rule); }
+    // Sees each document before it is kept, with the command that makes it and its output
+    // number within that command's run (from 1), and may add to it; none: kept as made.
+    using Augmenter = std::function<void(Document& document, int command, int output)>;
+    void setAugmenter(Augmenter augmenter) { m_augmenter = std::move(augmenter); }
     // The session's live tables and graphs, in window order.
     const std::vector<Document>& documents() const { return m_store.documents(); }
 
@@ -158,6 +162,7 @@ private:
     HostAutomation* m_automation = nullptr;
     Router m_router;
     std::function<CaseWeights()> m_weightRule;
+    Augmenter m_augmenter;
     std::string m_lastError;
 };
 

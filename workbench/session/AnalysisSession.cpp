@@ -6,6 +6,7 @@
 #include "drilldown/resources/StringIds.h"
 #include "drilldown/resources/StringTable.h"
 #include "workbench/automation/Dispatcher.h"
+#include "workbench/stats/ParentShares.h"
 
 namespace wb {
 
@@ -55,6 +56,10 @@ CDrillDown& AnalysisSession::startAnalysis() {
     m_output.setWeightRule([analysis = m_analysis] {
         return analysis->GetWM() == 0 ? CaseWeights::Whole : CaseWeights::AsGiven;
     });
+    if (m_options.parentShares)
+        m_output.setAugmenter([this](Document& document, int command, int output) {
+            addParentShares(document, command, output, *m_analysis, m_file);
+        });
     // The file block exists once step 100 has bound the module's blocks.
     m_output.setFileBlock(m_data.fileBlock());
     return *m_analysis;
@@ -65,6 +70,7 @@ void AnalysisSession::closeAnalysis() {
         return;
     m_output.setRouter({});
     m_output.setWeightRule({});
+    m_output.setAugmenter({});
     m_loader.closeAnalysis(*m_analysis);
     m_analysis = nullptr;
 }

@@ -59,6 +59,9 @@ struct SessionOptions {
     std::filesystem::path outputFolder = "drilldown-out";
     // The user's keywords; an empty path keeps them in memory for this session.
     std::filesystem::path keywordFile = KeywordStore::defaultPath();
+    // Frequency tables show, beside the subset's, the shares of the level above it
+    // (ParentShares.h).
+    bool parentShares = true;
 };
 
 class AnalysisSession {

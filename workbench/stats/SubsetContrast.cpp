@@ -17,15 +17,11 @@ namespace {
 
 constexpr double NotDefined = std::numeric_limits<double>::quiet_NaN();
 
-// Where a counted case stands: in the subset, or in the rest of the parent level.
-struct Side {
-    int caseNo;
-    double weight;
-    bool inSubset;
-};
+using Side = LevelCase;
 
-// The cases of the parent level with their weights and sides.
-std::vector<Side> parentCases(const CDrillDown& analysis, const DataFile& file) {
+} // namespace
+
+std::vector<LevelCase> parentLevelCases(const CDrillDown& analysis, const DataFile& file) {
     const auto compiled = [&](bool parent) -> std::optional<SelectionCondition> {
         const std::string text = drillPathCondition(analysis, file, parent);
         return text.empty() ? std::nullopt : std::optional(SelectionCondition(text, file));
@@ -45,6 +41,8 @@ std::vector<Side> parentCases(const CDrillDown& analysis, const DataFile& file) 
     }
     return sides;
 }
+
+namespace {
 
 CategoryContrast crosstab(const DataFile& file, const std::vector<Side>& sides, int var,
                           bool categorical) {
@@ -176,7 +174,7 @@ SubsetContrast contrastSubset(const CDrillDown& analysis, const DataFile& file) 
     contrast.hasParent = ups != nullptr && !ups->empty();
     if (!contrast.hasParent)
         return contrast;
-    const std::vector<Side> sides = parentCases(analysis, file);
+    const std::vector<Side> sides = parentLevelCases(analysis, file);
     if (const DrillSet* downs = analysis.GetDrillDowns())
         for (const Drill& record : *downs)
             contrast.nextDrill.push_back(

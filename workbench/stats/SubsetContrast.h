@@ -65,6 +65,15 @@ struct SubsetContrast {
 
 SubsetContrast contrastSubset(const CDrillDown& analysis, const DataFile& file);
 
+// A case of the parent level as it counts: its weight, and whether the subset holds it.
+struct LevelCase {
+    int caseNo;
+    double weight;
+    bool inSubset;
+};
+// The cases of the parent level, by the rules above; every counted case before any step.
+std::vector<LevelCase> parentLevelCases(const CDrillDown& analysis, const DataFile& file);
+
 // The contrast as text for a terminal, in the order above.
 std::string contrastText(const SubsetContrast& contrast);
 
