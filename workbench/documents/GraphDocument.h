@@ -149,6 +149,9 @@ struct GraphDocument {
     std::optional<BoxPlots> boxes;
     std::optional<ScatterMatrix> scatter;
     std::optional<Histogram3DData> histogram3d;
+    // A histogram after a drill step: per point of the first series, the count its bar would
+    // have if the subset kept the shares of the level above (ParentShares.h); empty for none.
+    std::vector<double> levelAbove;
 
     // The first title line, empty when there is none: the document's name.
     std::string name() const { return titles.empty() ? std::string() : titles.front(); }

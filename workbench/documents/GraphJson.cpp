@@ -131,6 +131,8 @@ nlohmann::ordered_json graphJson(const GraphDocument& graph) {
         json["scatter"] = scatterJson(*graph.scatter);
     if (graph.histogram3d)
         json["histogram3d"] = histogram3dJson(*graph.histogram3d);
+    if (!graph.levelAbove.empty())
+        json["levelAbove"] = graph.levelAbove;
     return json;
 }
 

@@ -273,6 +273,29 @@ void GraphPainter::drawMessage(const QRectF& area, const QString& text) {
     drawText(m_painter, area.center(), text, Qt::AlignCenter);
 }
 
+// Over each bar of a histogram after a drill step, a dashed outline of the count the bar
+// would have if the subset kept the shares of the level above, and a legend that says so.
+void GraphPainter::drawLevelAbove(const QRectF& plot) {
+    if (m_graph.series.empty() || !m_dataToPicture ||
+        m_graph.levelAbove.size() != m_graph.series.front().x.size())
+        return;
+    const GraphSeries& bars = m_graph.series.front();
+    const QTransform& toPicture = *m_dataToPicture;
+    m_painter.setPen(QPen(Ink, 1.4, Qt::DashLine));
+    m_painter.setBrush(Qt::NoBrush);
+    for (std::size_t i = 0; i < bars.x.size(); ++i)
+        if (std::isfinite(bars.x[i]) && std::isfinite(m_graph.levelAbove[i]))
+            m_painter.drawRect(
+                QRectF(toPicture.map(QPointF(bars.x[i] - bars.barWidth / 2, m_graph.levelAbove[i])),
+                       toPicture.map(QPointF(bars.x[i] + bars.barWidth / 2, 0)))
+                    .normalized());
+    m_painter.setPen(Ink);
+    m_painter.setFont(font(11));
+    drawText(m_painter, plot.topRight() + QPointF(-6, 4),
+             QStringLiteral("pointillés : effectif au prorata du niveau précédent"),
+             Qt::AlignRight | Qt::AlignTop);
+}
+
 void GraphPainter::drawBars(const QRectF& area) {
     const bool stacked = m_graph.type == GraphType::Stacked;
 
@@ -286,6 +309,9 @@ void GraphPainter::drawBars(const QRectF& area) {
             xMax = std::max(xMax, series.x[i]);
             yMax = std::max(yMax, series.y[i]);
         }
+    for (const double count : m_graph.levelAbove) // the outlines fit the axis too
+        if (std::isfinite(count))
+            yMax = std::max(yMax, count);
     if (!std::isfinite(xMin)) {
         drawMessage(area, QStringLiteral("—"));
         return;
@@ -376,6 +402,7 @@ void GraphPainter::drawBars(const QRectF& area) {
         }
     }
     m_painter.restore();
+    drawLevelAbove(plot);
 
     m_painter.setFont(font(11));
     const QFontMetricsF valueMetrics(m_painter.font());
@@ -397,10 +424,15 @@ void GraphPainter::drawBars(const QRectF& area) {
                 addHotspot(bar.isEmpty() ? QRectF(bar.left(), base - 2, bar.width(), 4) : bar,
                            (label.empty() ? shortNumber(x) : label) + " : " + value);
                 const QString text = qs(value);
+                // Above the bar, and above its outline of the level above when it has one.
+                double above = bar.top();
+                if (&series == &m_graph.series.front() && i < m_graph.levelAbove.size() &&
+                    std::isfinite(m_graph.levelAbove[i]))
+                    above = std::min(above, yMap(m_graph.levelAbove[i]));
                 if (valueMetrics.horizontalAdvance(text) <= bar.width() + 4 && y > 0 &&
-                    bar.top() - valueMetrics.height() >= top - 4) {
+                    above - valueMetrics.height() >= top - 4) {
                     m_painter.setPen(Muted);
-                    drawText(m_painter, QPointF(bar.center().x(), bar.top() - 3), text,
+                    drawText(m_painter, QPointF(bar.center().x(), above - 3), text,
                              Qt::AlignHCenter | Qt::AlignBottom);
                 }
             }

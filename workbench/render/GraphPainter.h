@@ -37,6 +37,7 @@ private:
     // Draws the titles and gives the area left below them.
     QRectF drawTitles();
     void drawBars(const QRectF& area);  // histogram and stacked plot
+    void drawLevelAbove(const QRectF& plot);
     void drawPie(const QRectF& area);
     void drawBoxes(const QRectF& area);
     void drawScatter(const QRectF& area);

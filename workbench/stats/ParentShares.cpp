@@ -12,11 +12,14 @@ namespace wb {
 
 namespace {
 
-// The record whose table output `output` of `command` is; null for any other document.
+// The record whose table or histogram output `output` of `command` is; null for any other
+// document.
 const Drill* recordOf(int command, int output, const CDrillDown& analysis) {
-    const DrillSet* set = command == ButtonFrequencies         ? analysis.GetDrillDowns()
-                          : command == ButtonReviewFrequencies ? analysis.GetReviews()
-                                                               : nullptr;
+    const bool downs = command == ButtonFrequencies || command == ButtonHistograms;
+    const bool reviews = command == ButtonReviewFrequencies || command == ButtonReviewHistograms;
+    const DrillSet* set = downs     ? analysis.GetDrillDowns()
+                          : reviews ? analysis.GetReviews()
+                                    : nullptr;
     if (set == nullptr || output < 1 || output > static_cast<int>(set->size()))
         return nullptr;
     return &*std::next(set->begin(), output - 1);
@@ -61,19 +64,36 @@ void addParentShares(Document& document, int command, int output, const CDrillDo
                      const DataFile& file) {
     const Drill* record = recordOf(command, output, analysis);
     const DrillSet* steps = analysis.GetDrillUps();
-    if (record == nullptr || !document.isTable() || steps == nullptr || steps->empty())
+    if (record == nullptr || steps == nullptr || steps->empty())
         return;
-    TableDocument& table = std::get<TableDocument>(document.content);
+    // Rows or bars: one per category, then one for the missing data when they show.
     const std::size_t categories = record->Categories.size();
-    if (table.rows.size() != categories && table.rows.size() != categories + 1)
+    const auto fits = [&](std::size_t count) {
+        return count == categories || count == categories + 1;
+    };
+    const auto shares = [&] { return sharesOf(*record, parentLevelCases(analysis, file), file); };
+    if (document.isTable()) {
+        TableDocument& table = std::get<TableDocument>(document.content);
+        const std::optional<std::vector<double>> found =
+            fits(table.rows.size()) ? shares() : std::nullopt;
+        if (!found)
+            return;
+        table.columns.push_back({"Niveau", "précédent (%)", ColumnFormat::Real});
+        for (std::size_t row = 0; row < table.rows.size(); ++row)
+            table.rows[row].cells.emplace_back(std::in_place_type<double>, (*found)[row]);
         return;
-    const std::optional<std::vector<double>> shares =
-        sharesOf(*record, parentLevelCases(analysis, file), file);
-    if (!shares)
+    }
+    GraphDocument& graph = std::get<GraphDocument>(document.content);
+    if (graph.type != GraphType::Histogram || graph.series.empty() ||
+        !fits(graph.series.front().y.size()))
         return;
-    table.columns.push_back({"Niveau", "précédent (%)", ColumnFormat::Real});
-    for (std::size_t row = 0; row < table.rows.size(); ++row)
-        table.rows[row].cells.emplace_back(std::in_place_type<double>, (*shares)[row]);
+    const std::optional<std::vector<double>> found = shares();
+    if (!found)
+        return;
+    // The subset's total as its percentages count it: valid and missing cases.
+    const double total = record->WeightedN + record->MCount;
+    for (std::size_t bar = 0; bar < graph.series.front().y.size(); ++bar)
+        graph.levelAbove.push_back((*found)[bar] / 100 * total);
 }
 
 } // namespace wb

@@ -1,5 +1,6 @@
 // Beside each row of a frequency table after a drill step, the share of the level above it,
-// checked against the shares counted straight from the file; and switched off, no column.
+// and behind each bar of a histogram its outline, checked against the shares counted
+// straight from the file; and switched off, neither.
 
 #include "workbench/stats/ParentShares.h"
 
@@ -29,8 +30,13 @@ wb::DataFile file() {
     return made;
 }
 
-// The C table's last column after drilling G = 2, or none.
-std::vector<wb::TableCell> parentColumn(bool shown) {
+struct LevelAbove {
+    std::vector<wb::TableCell> column; // the C table's last column, when it is the level's
+    std::vector<double> outline;       // the C histogram's
+};
+
+// What C's frequency table and histogram show of the level above after drilling G = 2.
+LevelAbove levelAbove(bool shown) {
     wb::HeadlessFrontEnd frontEnd(nullptr, nullptr);
     const wb::testing::TempDir out;
     wb::SessionOptions options = test::linkedModule(out.path("out"));
@@ -40,34 +46,43 @@ std::vector<wb::TableCell> parentColumn(bool shown) {
     session.startAnalysis();
     session.chooseVariables("G C");
     session.drillDown(1, 1);
-    wb::Dispatcher(session.automation()).callOrGet(session.panelObject(), "Frequencies");
+    wb::Dispatcher panel(session.automation());
+    LevelAbove seen;
+    panel.callOrGet(session.panelObject(), "Frequencies");
     const wb::TableDocument& table = session.output().documents().back().table();
-    std::vector<wb::TableCell> column;
     if (table.columns.back().head2 == "précédent (%)")
         for (const wb::TableRow& row : table.rows)
-            column.push_back(row.cells.back());
+            seen.column.push_back(row.cells.back());
+    panel.callOrGet(session.panelObject(), "Histograms");
+    seen.outline = session.output().documents().back().graph().levelAbove;
     session.closeAnalysis();
-    return column;
+    return seen;
 }
 
 TEST(ParentShares, TheLevelAboveIsCountedAsTheAnalysisCounts) {
     // The level above is the whole file: each case weighs its weight rounded, halves up,
     // and missing values count in the total as the module's percentages count them.
+    // A histogram's outline is that share of the subset's cases, missing ones included.
     const wb::DataFile all = file();
     std::map<double, double> weightOf;
-    double total = 0;
+    double total = 0, subset = 0;
     for (int c = 1; c <= all.caseCount(); ++c) {
         const double w = std::floor(all.value(c, 3) + 0.5);
         weightOf[all.value(c, 2)] += w;
         total += w;
+        subset += all.value(c, 1) == 2 ? w : 0;
     }
-    const std::vector<wb::TableCell> shown = parentColumn(true);
-    ASSERT_EQ(shown.size(), 4u) << "three categories and the missing row";
+    const LevelAbove shown = levelAbove(true);
+    ASSERT_EQ(shown.column.size(), 4u) << "three categories and the missing row";
+    ASSERT_EQ(shown.outline.size(), 4u) << "a bar each";
     const double expected[] = {weightOf[1] / total * 100, weightOf[2] / total * 100,
                                weightOf[3] / total * 100, weightOf[Missing] / total * 100};
-    for (std::size_t row = 0; row < 4; ++row)
-        EXPECT_NEAR(std::get<double>(shown[row]), expected[row], 1e-9) << row;
-    EXPECT_TRUE(parentColumn(false).empty());
+    for (std::size_t row = 0; row < 4; ++row) {
+        EXPECT_NEAR(std::get<double>(shown.column[row]), expected[row], 1e-9) << row;
+        EXPECT_NEAR(shown.outline[row], expected[row] / 100 * subset, 1e-9) << row;
+    }
+    const LevelAbove off = levelAbove(false);
+    EXPECT_TRUE(off.column.empty() && off.outline.empty());
 }
 
 } // namespace
