@@ -35,8 +35,11 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t';
 }
 
+// A field is quoted when it holds a separator of any kind the loader may guess (a semicolon
+// or a tab would otherwise make it guess wrong), a quote or a line break, or starts or ends
+// with a blank.
 void appendField(std::string& out, std::string_view text) {
-    const bool quoted = text.find_first_of(",\"\r\n") != std::string_view::npos ||
+    const bool quoted = text.find_first_of(",;\t\"\r\n") != std::string_view::npos ||
                         (!text.empty() && (isBlank(text.front()) || isBlank(text.back()))) ||
                         text.starts_with(ByteOrderMark);
     if (!quoted) {

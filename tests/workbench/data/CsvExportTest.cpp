@@ -105,6 +105,8 @@ TEST(CsvExportTest, LoadsBackTheSameFile) {
          {{{.name = "\xEF\xBB\xBF"
                     "bom"}},
           {{1}}}},
+        {"names holding tabs and semicolons, which must not pass for the separator",
+         {{{.name = "a\t\t\tb"}, {.name = "c;d;e"}, {.name = "f"}}, {{1, 2, 3}}}},
         {"one variable: a missing case is not an empty line",
          {{{.name = "ONLY"}}, {{X}, {1}, {X}}}},
         {"a variable takes the name of the case-name column",
