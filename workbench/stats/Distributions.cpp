@@ -23,18 +23,30 @@ double gammaSeries(double a, double x) {
     return sum * std::exp(-x + a * std::log(x) - std::lgamma(a));
 }
 
-// Q(a, x) = 1 - P(a, x) by its continued fraction (modified Lentz), for x >= a + 1.
+// The modified Lentz method for a continued fraction: each step folds in the next term
+// a / (b + ...) and gives the factor by which the value changes.
+class Lentz {
+public:
+    Lentz(double c, double d) : m_c(c), m_d(d) {}
+    double step(double a, double b) {
+        m_d = nonZero(b + a * m_d);
+        m_c = nonZero(b + a / m_c);
+        m_d = 1 / m_d;
+        return m_c * m_d;
+    }
+    static double nonZero(double x) { return std::fabs(x) < Tiny ? Tiny : x; }
+
+private:
+    double m_c, m_d;
+};
+
+// Q(a, x) = 1 - P(a, x) by its continued fraction, for x >= a + 1.
 double gammaFraction(double a, double x) {
-    double b = x + 1 - a, c = 1 / Tiny, d = 1 / b, h = d;
+    double b = x + 1 - a, h = 1 / b;
+    Lentz lentz(1 / Tiny, h);
     for (int n = 1; n < MaxIterations; ++n) {
-        const double an = -n * (n - a);
         b += 2;
-        d = an * d + b;
-        d = std::fabs(d) < Tiny ? Tiny : d;
-        c = b + an / c;
-        c = std::fabs(c) < Tiny ? Tiny : c;
-        d = 1 / d;
-        const double delta = d * c;
+        const double delta = lentz.step(-n * (n - a), b);
         h *= delta;
         if (std::fabs(delta - 1) < Epsilon)
             break;
@@ -45,26 +57,12 @@ double gammaFraction(double a, double x) {
 // The continued fraction of I_x(a, b), for x < (a + 1) / (a + b + 2).
 double betaFraction(double x, double a, double b) {
     const double qab = a + b, qap = a + 1, qam = a - 1;
-    double c = 1, d = 1 - qab * x / qap;
-    d = std::fabs(d) < Tiny ? Tiny : d;
-    d = 1 / d;
-    double h = d;
+    double h = 1 / Lentz::nonZero(1 - qab * x / qap);
+    Lentz lentz(1, h);
     for (int m = 1; m < MaxIterations; ++m) {
         const int m2 = 2 * m;
-        double aa = m * (b - m) * x / ((qam + m2) * (a + m2));
-        d = 1 + aa * d;
-        d = std::fabs(d) < Tiny ? Tiny : d;
-        c = 1 + aa / c;
-        c = std::fabs(c) < Tiny ? Tiny : c;
-        d = 1 / d;
-        h *= d * c;
-        aa = -(a + m) * (qab + m) * x / ((a + m2) * (qap + m2));
-        d = 1 + aa * d;
-        d = std::fabs(d) < Tiny ? Tiny : d;
-        c = 1 + aa / c;
-        c = std::fabs(c) < Tiny ? Tiny : c;
-        d = 1 / d;
-        const double delta = d * c;
+        h *= lentz.step(m * (b - m) * x / ((qam + m2) * (a + m2)), 1);
+        const double delta = lentz.step(-(a + m) * (qab + m) * x / ((a + m2) * (qap + m2)), 1);
         h *= delta;
         if (std::fabs(delta - 1) < Epsilon)
             break;
