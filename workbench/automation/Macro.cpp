@@ -7,6 +7,7 @@
 #include <istream>
 #include <ostream>
 
+#include "workbench/text/Blanks.h"
 #include "workbench/text/Utf8.h"
 
 namespace wb {
@@ -16,13 +17,6 @@ namespace {
 // Text of the macro file in a message: in quotes, every byte shown.
 std::string quoted(std::string_view text) {
     return "\"" + visibleText(text) + "\"";
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
 bool sameWord(std::string_view a, std::string_view b) {
@@ -102,7 +96,7 @@ std::vector<BrushingStep> parseBrushingSteps(std::string_view text) {
     std::vector<BrushingStep> steps;
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t comma = std::min(text.find(',', start), text.size());
-        const std::string_view item = trimmed(text.substr(start, comma - start));
+        const std::string_view item = withoutOuterBlanks(text.substr(start, comma - start));
         BrushingStep step;
         if (sameWord(item, "Up")) {
             step.kind = BrushingStep::Kind::DrillUp;
@@ -125,13 +119,14 @@ MacroStatement parseStatement(std::string_view text, BstrAllocator& strings) {
     const auto equals = text.find('=');
     if (equals != std::string_view::npos) {
         statement.kind = MacroStatement::Kind::Put;
-        statement.member = std::string(trimmed(text.substr(0, equals)));
-        statement.value = parseValue(trimmed(text.substr(equals + 1)), strings);
+        statement.member = std::string(withoutOuterBlanks(text.substr(0, equals)));
+        statement.value = parseValue(withoutOuterBlanks(text.substr(equals + 1)), strings);
     } else {
         const auto blank = text.find_first_of(" \t");
         const std::string_view first = text.substr(0, blank);
-        const std::string_view rest =
-            blank == std::string_view::npos ? std::string_view() : trimmed(text.substr(blank));
+        const std::string_view rest = blank == std::string_view::npos
+                                          ? std::string_view()
+                                          : withoutOuterBlanks(text.substr(blank));
         if (sameWord(first, "Print")) {
             statement.kind = MacroStatement::Kind::Print;
             statement.member = std::string(rest);
@@ -170,7 +165,7 @@ std::vector<MacroStatement> parseMacro(std::istream& input, const std::string& n
     std::vector<MacroStatement> statements;
     std::string line;
     for (int number = 1; std::getline(input, line); ++number) {
-        const std::string_view text = trimmed(withoutComment(line));
+        const std::string_view text = withoutOuterBlanks(withoutComment(line));
         if (text.empty())
             continue;
         try {

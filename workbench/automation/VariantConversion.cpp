@@ -5,24 +5,15 @@
 #include <string>
 #include <string_view>
 
+#include "workbench/text/Blanks.h"
+
 namespace wb {
 
 namespace {
 
-bool isBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 bool parseNumber(std::string_view text, double* value) {
-    text = trimmed(text);
+    text = withoutOuterBlanks(text);
     if (!text.empty() && text.front() == '+')
         text.remove_prefix(1);
     const auto [end, error] =
@@ -123,7 +114,7 @@ HRESULT convert(BstrAllocator& strings, const VARIANT& source, VARTYPE type, VAR
     case VT_BOOL: {
         bool value = false;
         const std::string_view text =
-            source.vt == VT_BSTR ? trimmed(BstrView(source.bstrVal)) : std::string_view();
+            source.vt == VT_BSTR ? withoutOuterBlanks(BstrView(source.bstrVal)) : std::string_view();
         if (source.vt == VT_BSTR && equalIgnoringCase(text, "true")) {
             value = true;
         } else if (source.vt == VT_BSTR && equalIgnoringCase(text, "false")) {

@@ -14,6 +14,7 @@
 #include "workbench/session/DrillCondition.h"
 #include "workbench/session/StateJson.h"
 #include "workbench/stats/SubsetContrast.h"
+#include "workbench/text/Blanks.h"
 #include "workbench/text/Spelling.h"
 
 namespace wb::cli {
@@ -99,22 +100,17 @@ int categoryRow(const std::string& category, const std::vector<std::string>& row
                     "; the rows are " + (offered.empty() ? std::string("none") : offered));
 }
 
-// The text without the blanks around it: "REGION = Bretagne" reads as "REGION=Bretagne".
-std::string withoutOuterBlanks(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t");
-    return first == std::string::npos ? std::string()
-                                      : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 void applyDrill(const std::string& step, AnalysisSession& session) {
     const auto equals = step.find('=');
     if (equals == std::string::npos)
         throw UsageError("--drill takes VARIABLE=CATEGORY, not \"" + step + "\"");
-    const short variable = parseVariable(withoutOuterBlanks(step.substr(0, equals)), session.file());
+    const short variable =
+        parseVariable(std::string(withoutOuterBlanks(step.substr(0, equals))), session.file());
     try {
         const std::vector<std::string> rows = session.categoryRows(variable);
-        session.drillDown(variable,
-                          categoryRow(withoutOuterBlanks(step.substr(equals + 1)), rows, step));
+        session.drillDown(
+            variable,
+            categoryRow(std::string(withoutOuterBlanks(step.substr(equals + 1))), rows, step));
     } catch (const DrillError& error) {
         throw DataError("--drill " + step + ": " + error.what());
     }
@@ -192,8 +188,7 @@ int runReport(const Arguments& arguments) {
     run.reportWritten(std::cout);
     const NewFileService& saved = run.session().newFile();
     if (saved.finishedFiles().empty())
-        throw DataError(saved.lastError().empty() ? "the subset was not saved"
-                                                  : saved.lastError());
+        throw DataError(saved.lastError().empty() ? "the subset was not saved" : saved.lastError());
     std::cout << "Saved the subset as " << saved.lastFinishedPath() << '\n';
     return ExitSuccess;
 }

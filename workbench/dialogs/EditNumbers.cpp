@@ -5,19 +5,13 @@
 #include <cmath>
 #include <cstdio>
 
+#include "workbench/text/Blanks.h"
+
 namespace wb {
 
 namespace {
 
 constexpr int SignificantDigits = 15;
-constexpr std::string_view Blanks = " \t\r\n";
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(Blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
 
 template <typename... Args> std::string printed(const char* format, Args... args) {
     const int length = std::snprintf(nullptr, 0, format, args...);
@@ -75,7 +69,7 @@ std::string editNumberText(double value, int digits) {
 std::optional<double> readEditNumber(std::string_view text) {
     // A decimal comma becomes a point. Text that then holds two points ("1,234.5", "1,2,3")
     // is rejected by from_chars: a thousands separator is never guessed.
-    std::string number(trimmed(text));
+    std::string number(withoutOuterBlanks(text));
     std::replace(number.begin(), number.end(), ',', '.');
     std::string_view digits = number;
     if (!dropPlus(digits))
@@ -87,7 +81,7 @@ std::optional<double> readEditNumber(std::string_view text) {
 }
 
 std::optional<short> readEditShort(std::string_view text) {
-    text = trimmed(text);
+    text = withoutOuterBlanks(text);
     if (!dropPlus(text))
         return std::nullopt;
     const auto value = parsed<int>(text);
