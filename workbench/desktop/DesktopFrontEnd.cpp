@@ -10,9 +10,11 @@
 #include <cstdio>
 #include <string>
 
+#include "drilldown/resources/Dialogs.h"
 #include "workbench/desktop/BrushingMode.h"
 #include "workbench/desktop/DataDialogs.h"
 #include "workbench/desktop/DocumentArea.h"
+#include "workbench/desktop/NextDrillPane.h"
 #include "workbench/desktop/QtText.h"
 #include "workbench/desktop/VariableDialog.h"
 
@@ -38,8 +40,20 @@ void DesktopFrontEnd::opened(HWND dialog, int, bool modal) {
     window->setWindowFlag(modal ? Qt::Dialog : Qt::Tool);
     window->setAttribute(Qt::WA_DeleteOnClose, false);
     m_windows[dialog] = window;
+    if (m_session->dialogs().model().resourceId(dialog) == DlgStartupPanel)
+        placeNextDrillPane(*window);
     if (!modal)
         window->show();
+}
+
+// On the panel's right, the full height: where to drill next.
+void DesktopFrontEnd::placeNextDrillPane(TemplateDialog& panel) {
+    constexpr int Width = 240, Margin = 6;
+    const QSize size = panel.size();
+    panel.setFixedSize(size.width() + Width + 2 * Margin, size.height());
+    auto* pane = new NextDrillPane(*m_session, &panel);
+    pane->setObjectName(QStringLiteral("nextDrill"));
+    pane->setGeometry(size.width() + Margin, Margin, Width, size.height() - 2 * Margin);
 }
 
 void DesktopFrontEnd::closed(HWND dialog, int, bool) {

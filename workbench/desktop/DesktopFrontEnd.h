@@ -71,6 +71,8 @@ public:
 
 private:
     QWidget* m_owner;
+    void placeNextDrillPane(TemplateDialog& panel);
+
     AnalysisSession* m_session = nullptr;
     DocumentArea* m_area = nullptr;
     BrushingMode* m_brushing = nullptr;

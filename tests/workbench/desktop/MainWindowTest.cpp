@@ -29,6 +29,7 @@
 #include "support/TempDir.h"
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/data/SelectionCondition.h"
+#include "workbench/stats/SubsetContrast.h"
 #include "workbench/desktop/BrushingMode.h"
 #include "workbench/desktop/DataDialogs.h"
 #include "workbench/desktop/DataView.h"
@@ -105,6 +106,14 @@ TEST_F(SampleWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
     QTest::mouseClick(button(*panel, ButtonDrillDown), Qt::LeftButton);
     ASSERT_EQ(session.analysis().GetDrillUpsSize(), 1);
     EXPECT_EQ(session.analysis().GetDrillUps()->begin()->DrilledItem, 1);
+
+    // Beside the lists, the two variables left ranked by how far the step moved them.
+    auto* next = panel->findChild<QTreeWidget*>("nextDrill");
+    ASSERT_NE(next, nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return next->topLevelItemCount() == 2; }, 2000));
+    const wb::SubsetContrast contrast = wb::contrastSubset(session.analysis(), session.file());
+    for (int row = 0; row < 2; ++row)
+        EXPECT_EQ(next->topLevelItem(row)->text(0).toStdString(), contrast.nextDrill[row].name);
 
     QTest::mouseClick(button(*panel, ButtonSummary), Qt::LeftButton);
     ASSERT_EQ(session.documents().documents().size(), 1u);
