@@ -46,14 +46,34 @@ void DesktopFrontEnd::opened(HWND dialog, int, bool modal) {
         window->show();
 }
 
+namespace {
+constexpr int PaneWidth = 240, PaneMargin = 6;
+} // namespace
+
 // On the panel's right, the full height: where to drill next.
 void DesktopFrontEnd::placeNextDrillPane(TemplateDialog& panel) {
-    constexpr int Width = 240, Margin = 6;
     const QSize size = panel.size();
-    panel.setFixedSize(size.width() + Width + 2 * Margin, size.height());
     auto* pane = new NextDrillPane(*m_session, &panel);
     pane->setObjectName(QStringLiteral("nextDrill"));
-    pane->setGeometry(size.width() + Margin, Margin, Width, size.height() - 2 * Margin);
+    pane->setGeometry(size.width() + PaneMargin, PaneMargin, PaneWidth,
+                      size.height() - 2 * PaneMargin);
+    pane->setVisible(false);
+    showNextDrillPane(panel, m_nextDrillShown);
+}
+
+void DesktopFrontEnd::showNextDrillPane(TemplateDialog& panel, bool shown) {
+    auto* pane = panel.findChild<NextDrillPane*>(QStringLiteral("nextDrill"));
+    if (pane == nullptr || pane->isVisibleTo(&panel) == shown)
+        return;
+    const int width = PaneWidth + 2 * PaneMargin;
+    panel.setFixedSize(panel.width() + (shown ? width : -width), panel.height());
+    pane->setVisible(shown);
+}
+
+void DesktopFrontEnd::setNextDrillShown(bool shown) {
+    m_nextDrillShown = shown;
+    if (TemplateDialog* panel = m_session != nullptr ? windowOf(m_session->panel()) : nullptr)
+        showNextDrillPane(*panel, shown);
 }
 
 void DesktopFrontEnd::closed(HWND dialog, int, bool) {

@@ -45,6 +45,8 @@ public:
     bool scripted() const { return m_scripted; }
     // The window of a dialog of the module; null when it has none.
     TemplateDialog* windowOf(HWND dialog) const;
+    // Shows or hides, beside the panel, where to drill next (shown at first).
+    void setNextDrillShown(bool shown);
 
     // Dialogs.
     void runModal(HWND dialog, int resourceId) override;
@@ -72,6 +74,8 @@ public:
 private:
     QWidget* m_owner;
     void placeNextDrillPane(TemplateDialog& panel);
+    void showNextDrillPane(TemplateDialog& panel, bool shown);
+    bool m_nextDrillShown = true;
 
     AnalysisSession* m_session = nullptr;
     DocumentArea* m_area = nullptr;

@@ -103,6 +103,11 @@ void MainWindow::buildMenus() {
     analysis->addAction(QStringLiteral("&Drill-down"), this, &MainWindow::startAnalysis);
     analysis->addAction(QStringLiteral("&Copier la condition du sous-ensemble"), this,
                         &MainWindow::copySubsetCondition);
+    QAction* nextDrill = analysis->addAction(QStringLiteral("&Où descendre ensuite"));
+    nextDrill->setCheckable(true);
+    nextDrill->setChecked(true);
+    connect(nextDrill, &QAction::toggled, this,
+            [this](bool shown) { m_frontEnd.setNextDrillShown(shown); });
 
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Outils"));
     tools->addAction(QStringLiteral("&Exécuter une macro…"), this, [this] {

@@ -114,6 +114,13 @@ TEST_F(SampleWindow, AUserDrillsTheSampleByMouseAndSeesTheResultInItsWindow) {
     const wb::SubsetContrast contrast = wb::contrastSubset(session.analysis(), session.file());
     for (int row = 0; row < 2; ++row)
         EXPECT_EQ(next->topLevelItem(row)->text(0).toStdString(), contrast.nextDrill[row].name);
+    // It can be put away, and the panel takes its own width again.
+    const int withPane = panel->width();
+    window.frontEnd().setNextDrillShown(false);
+    EXPECT_FALSE(next->isVisibleTo(panel));
+    EXPECT_LT(panel->width(), withPane);
+    window.frontEnd().setNextDrillShown(true);
+    EXPECT_EQ(panel->width(), withPane);
 
     QTest::mouseClick(button(*panel, ButtonSummary), Qt::LeftButton);
     ASSERT_EQ(session.documents().documents().size(), 1u);
