@@ -17,8 +17,6 @@ namespace {
 
 constexpr double NotDefined = std::numeric_limits<double>::quiet_NaN();
 
-using Side = LevelCase;
-
 } // namespace
 
 std::vector<LevelCase> parentLevelCases(const CDrillDown& analysis, const DataFile& file) {
@@ -28,7 +26,7 @@ std::vector<LevelCase> parentLevelCases(const CDrillDown& analysis, const DataFi
     };
     const std::optional<SelectionCondition> subset = compiled(false), parent = compiled(true);
     const bool whole = analysis.WM != 1;
-    std::vector<Side> sides;
+    std::vector<LevelCase> sides;
     for (int c = 1; c <= file.caseCount(); ++c) {
         const double* row = file.row(c);
         if (parent && !parent->matches(row, file))
@@ -44,13 +42,13 @@ std::vector<LevelCase> parentLevelCases(const CDrillDown& analysis, const DataFi
 
 namespace {
 
-CategoryContrast crosstab(const DataFile& file, const std::vector<Side>& sides, int var,
+CategoryContrast crosstab(const DataFile& file, const std::vector<LevelCase>& sides, int var,
                           bool categorical) {
     CategoryContrast table;
     table.variable = var;
     table.name = file.variable(var).name;
     std::vector<double> values;
-    for (const Side& side : sides)
+    for (const LevelCase& side : sides)
         if (const double x = file.value(side.caseNo, var); !file.isMissing(var, x))
             values.push_back(x);
     const std::vector<HistogramBin> bins =
@@ -60,7 +58,7 @@ CategoryContrast crosstab(const DataFile& file, const std::vector<Side>& sides, 
         table.categories.push_back(bin.label);
     table.inSubset.assign(bins.size(), 0);
     table.inRest.assign(bins.size(), 0);
-    for (const Side& side : sides) {
+    for (const LevelCase& side : sides) {
         const double x = file.value(side.caseNo, var);
         if (!file.isMissing(var, x))
             (side.inSubset ? table.inSubset : table.inRest)[binOf(bins, x)] += side.weight;
@@ -69,10 +67,11 @@ CategoryContrast crosstab(const DataFile& file, const std::vector<Side>& sides, 
     return table;
 }
 
-SideMoments moments(const DataFile& file, const std::vector<Side>& sides, int var, bool inSubset) {
+SideMoments moments(const DataFile& file, const std::vector<LevelCase>& sides, int var,
+                    bool inSubset) {
     SideMoments m;
     double sum = 0;
-    for (const Side& side : sides)
+    for (const LevelCase& side : sides)
         if (const double x = file.value(side.caseNo, var);
             side.inSubset == inSubset && !file.isMissing(var, x)) {
             m.n += side.weight;
@@ -80,7 +79,7 @@ SideMoments moments(const DataFile& file, const std::vector<Side>& sides, int va
         }
     m.mean = m.n > 0 ? sum / m.n : NotDefined;
     double squares = 0;
-    for (const Side& side : sides)
+    for (const LevelCase& side : sides)
         if (const double x = file.value(side.caseNo, var);
             side.inSubset == inSubset && !file.isMissing(var, x))
             squares += side.weight * (x - m.mean) * (x - m.mean);
@@ -88,7 +87,7 @@ SideMoments moments(const DataFile& file, const std::vector<Side>& sides, int va
     return m;
 }
 
-MeanContrast meanContrast(const DataFile& file, const std::vector<Side>& sides, int var) {
+MeanContrast meanContrast(const DataFile& file, const std::vector<LevelCase>& sides, int var) {
     MeanContrast c;
     c.variable = var;
     c.name = file.variable(var).name;
@@ -174,7 +173,7 @@ SubsetContrast contrastSubset(const CDrillDown& analysis, const DataFile& file) 
     contrast.hasParent = ups != nullptr && !ups->empty();
     if (!contrast.hasParent)
         return contrast;
-    const std::vector<Side> sides = parentLevelCases(analysis, file);
+    const std::vector<LevelCase> sides = parentLevelCases(analysis, file);
     if (const DrillSet* downs = analysis.GetDrillDowns())
         for (const Drill& record : *downs)
             contrast.nextDrill.push_back(
