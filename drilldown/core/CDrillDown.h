@@ -14,10 +14,10 @@
 //
 // Results: operations give 1 for done and 0 for failure, and show their own messages.
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
-
 #include <vector>
 
 #include "../host/framework/CAnalysisSupport.h"
@@ -33,6 +33,23 @@ class ScanMoments;
 class SubsetTest;
 
 inline constexpr int DrillDownAnalysisID = 4811;
+
+// Cases first to last, both included, numbered from 1.
+struct CaseRange {
+    int first;
+    int last;
+};
+
+// How a scan splits a large file over threads: into at most MaxParts parts of at least
+// MinCases cases each (CaseLoop.h). One part reads the file in one pass.
+struct ScanSplit {
+    int MaxParts;
+    int MinCases;
+    int PartsFor(int cases) const;
+    // The machine's cores, parts of at least 100,000 cases: below that a thread costs more
+    // than it saves.
+    static ScanSplit ForThisMachine();
+};
 
 class CDrillDown : public CAnalysisSupport {
 public:
@@ -293,6 +310,8 @@ public:
     std::unique_ptr<DrillSet> DrillUps;
     std::unique_ptr<DrillSet> Reviews;
     std::unique_ptr<CDDNOutputTracker> Outputs;
+    // How the scans split the cases over threads.
+    ScanSplit Split = ScanSplit::ForThisMachine();
 
 protected:
     // The host's close: the tracked windows go with the analysis, unless a macro drives it.
@@ -332,7 +351,11 @@ private:
     std::string DisplayName(short variable, char* buffer);
     struct VariableSide;
     struct SaveStorage;
-    LoopEnd ReadVariables(const VariableSide& side);
+    // The selection scans with their cases split into `parts`.
+    int ReadAfterDrillInParts(int parts);
+    int ReadBeforeDrillInParts(int parts);
+    // The first-look scan of one side, its cases split into `parts`.
+    LoopEnd ReadVariables(const VariableSide& side, int parts);
     // Stores the counts and moments of a scan's slot into its record.
     void StoreScanResult(Drill& record, const ScanMoments& moments, int slot);
     SubsetTest CompileSubsetTest();
@@ -344,6 +367,16 @@ private:
     std::vector<Drill*> ScanSlots();
     // Walks the cases of the file, handing them to `visit` in blocks (CaseLoop.h).
     template <typename VisitBlock> LoopEnd RunCaseLoop(VisitBlock&& visit);
+    // The same with the cases split into `parts`, each read into visit(part, block).
+    template <typename VisitPart> LoopEnd RunPartedLoop(int parts, VisitPart&& visit);
+    // Reads one part on the calling thread, through ReadCase, polling the user's break.
+    template <typename VisitBlock>
+    LoopEnd ReadCasesHere(CaseRange range, double* rows, VisitBlock&& visit);
+    // Reads one part on another thread, through cstrtw alone, until `stop`; counts the cases
+    // cstrtw delivered.
+    template <typename VisitBlock>
+    LoopEnd ReadCasesAside(CaseRange range, double* rows, const std::atomic<bool>& stop,
+                           int& delivered, VisitBlock&& visit);
     // Walks the cases the subset keeps, each with its weight (SubsetTest.h).
     template <typename Visit> LoopEnd RunSubsetLoop(const SubsetTest& subset, Visit&& visit);
     // Allocates the seven per-variable arrays; false when memory ran out.

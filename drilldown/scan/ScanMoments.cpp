@@ -49,6 +49,27 @@ void ScanMoments::CountMissing(int begin, int end, double weight) {
     }
 }
 
+void ScanMoments::Merge(const ScanMoments& later, int slots) {
+    for (int s = 0; s < slots; ++s) {
+        if (later.m_n[s] > 0 && m_n[s] == 0) {
+            m_mean[s] = later.m_mean[s];
+            m_ss[s] = later.m_ss[s];
+        } else if (later.m_n[s] > 0) {
+            const double n = m_weightedN[s];
+            const double m = later.m_weightedN[s];
+            const double d = later.m_mean[s] - m_mean[s];
+            m_mean[s] += d * (m / (n + m));
+            m_ss[s] += later.m_ss[s] + d * d * (n * m / (n + m));
+        }
+        m_weightedN[s] += later.m_weightedN[s];
+        m_n[s] += later.m_n[s];
+        m_missingN[s] += later.m_missingN[s];
+        m_mcount[s] += later.m_mcount[s];
+        m_min[s] = std::min(m_min[s], later.m_min[s]);
+        m_max[s] = std::max(m_max[s], later.m_max[s]);
+    }
+}
+
 // Four slots per step, built for AVX2 where the processor has it. Every valid slot gets
 // exactly the scalar arithmetic of the update above, in its order; a missing slot, or one
 // outside [begin, end), computes the same and throws it away.

@@ -50,6 +50,12 @@ public:
     void Update(int begin, int end, double weight);
     bool Valid(int slot) const { return m_valid[slot] != 0; }
 
+    // Adds, slot by slot, what a scan of the cases after this one's counted: counts and
+    // ranges add up, means and sums of squared deviations follow the pairwise rule
+    //     Mean += d * m / (n + m);  SS += SS' + d * d * n * m / (n + m),
+    // with n and m the weighted counts and d the difference of the two means.
+    void Merge(const ScanMoments& later, int slots);
+
     double Min(int s) const { return m_min[s]; }
     double Max(int s) const { return m_max[s]; }
     double Mean(int s) const { return m_mean[s]; }

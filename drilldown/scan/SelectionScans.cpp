@@ -3,10 +3,12 @@
 // the counts of interval categories when they are wanted.
 
 #include <cmath>
+#include <deque>
 #include <iterator>
 #include <vector>
 
 #include "ScanMoments.h"
+#include "ScanParts.h"
 #include "SubsetTest.h"
 
 namespace {
@@ -29,10 +31,37 @@ bool IsValueMethod(int32_t method) {
 
 // Counts a valid value into the value categories of a record whose method has them; integer
 // categories take whole values only.
-void CountValue(Drill& record, double x, double w) {
+void CountValue(PartRecord& counted, double x, double w) {
+    const Drill& record = counted.record;
     if (record.Method == MethodDistinctValues ||
         (record.Method == MethodIntegerValues && RealEqual(std::floor(x), x)))
-        record.AddValue(x, record.Type, w, std::string());
+        counted.AddValue(x, record.Type, w);
+}
+
+// What one part of ReadAfterDrill counts. Parts lie on cache lines of their own, so that
+// threads counting side by side do not take each other's lines away.
+struct alignas(64) SelectionPart {
+    explicit SelectionPart(CAnalysisSupport& host) : moments(host) {}
+    ScanMoments moments;
+    std::vector<PartRecord> records;  // every slot's record
+    int cases = 0;                    // cases of the subset
+};
+
+// Copies of the scan's records for each part of a scan.
+std::vector<std::vector<PartRecord>> PartCopies(const std::vector<Drill*>& slots, int parts) {
+    std::vector<std::vector<PartRecord>> copies(parts);
+    for (std::vector<PartRecord>& copy : copies)
+        for (const Drill* record : slots)
+            copy.emplace_back(*record);
+    return copies;
+}
+
+// Moves what the merged first part counted into the scan's records.
+void TakeCounts(const std::vector<Drill*>& slots, std::vector<PartRecord>& counted) {
+    for (std::size_t slot = 0; slot < slots.size(); ++slot) {
+        slots[slot]->Categories = std::move(counted[slot].record.Categories);
+        slots[slot]->Method = counted[slot].record.Method;
+    }
 }
 
 } // namespace
@@ -67,57 +96,77 @@ std::vector<Drill*> CDrillDown::ScanSlots() {
 }
 
 int CDrillDown::ReadAfterDrill(unsigned short) {
+    return ReadAfterDrillInParts(Split.PartsFor(ModuleBlocks().Vmk.NCases));
+}
+
+int CDrillDown::ReadAfterDrillInParts(int parts) {
     ValidVar = 0;
     const std::vector<Drill*> slots = ScanSlots();
     const int downs = static_cast<int>(DrillDowns->size());
     const int all = static_cast<int>(slots.size());
-    ScanMoments m(*this);
-    if (!m.Allocate(all + 1)) {
-        dsplst(0, GetResourceString(StrMemoryExhausted));
-        return 0;
+    std::deque<SelectionPart> part;
+    for (int k = 0; k < parts; ++k) {
+        if (!part.emplace_back(*this).moments.Allocate(all + 1)) {
+            dsplst(0, GetResourceString(StrMemoryExhausted));
+            return 0;
+        }
     }
     for (int slot = 0; slot < all; ++slot) {
+        // Half-counted value categories would mislead: even a broken-off scan leaves none.
         slots[slot]->Categories.clear();
         double code;
         getmd5(slots[slot]->Variable, &code);
         // Review values need no test when incomplete cases are dropped as a whole.
-        m.SetMissingTest(slot, code, slot < downs || RVMD != 1);
+        for (SelectionPart& p : part)
+            p.moments.SetMissingTest(slot, code, slot < downs || RVMD != 1);
     }
+    std::vector<std::vector<PartRecord>> copies = PartCopies(slots, parts);
+    for (int k = 0; k < parts; ++k)
+        part[k].records = std::move(copies[k]);
     const CasewiseTest incompleteDrill = DrillCasewiseTest();
     const CasewiseTest incompleteReview = ReviewCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
-    double* x = m.Values();
 
-    const LoopEnd end = RunSubsetLoop(subset, [&](const double* values, double w) {
-        const bool dropDrill = MD == 1 && incompleteDrill.AnyMissing(values);
-        // A case dropped on the review side leaves no trace there, not even as missing.
-        const bool dropReview = RVMD == 1 && incompleteReview.AnyMissing(values);
-        ++ValidVar;
-        for (int slot = 0; slot < all; ++slot)
-            x[slot] = values[slots[slot]->Variable];
-        if (dropDrill)
-            m.CountMissing(0, downs, w);
-        else
-            m.Update(0, downs, w);
-        if (!dropReview)
-            m.Update(downs, all, w);
-        for (int slot = 0; slot < all; ++slot) {
-            const bool dropped = slot < downs ? dropDrill : dropReview;
-            if (!dropped && m.Valid(slot))
-                CountValue(*slots[slot], x[slot], w);
-        }
+    const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
+        SelectionPart& p = part[k];
+        double* x = p.moments.Values();
+        VisitSubsetCases(subset, block, [&](const double* values, double w) {
+            const bool dropDrill = MD == 1 && incompleteDrill.AnyMissing(values);
+            // A case dropped on the review side leaves no trace there, not even as missing.
+            const bool dropReview = RVMD == 1 && incompleteReview.AnyMissing(values);
+            ++p.cases;
+            for (int slot = 0; slot < all; ++slot)
+                x[slot] = values[slots[slot]->Variable];
+            if (dropDrill)
+                p.moments.CountMissing(0, downs, w);
+            else
+                p.moments.Update(0, downs, w);
+            if (!dropReview)
+                p.moments.Update(downs, all, w);
+            for (int slot = 0; slot < all; ++slot) {
+                const bool dropped = slot < downs ? dropDrill : dropReview;
+                if (!dropped && p.moments.Valid(slot))
+                    CountValue(p.records[slot], x[slot], w);
+            }
+        });
     });
-    if (end != LoopEnd::Completed) {
-        // Half-counted value categories would mislead: a broken-off scan leaves none.
-        for (Drill* record : slots)
-            record->Categories.clear();
+    for (const SelectionPart& p : part)
+        ValidVar += p.cases;
+    if (end != LoopEnd::Completed)
         return 0;
+    for (int k = 1; k < parts; ++k) {
+        part[0].moments.Merge(part[k].moments, all);
+        for (int slot = 0; slot < all; ++slot)
+            if (IsValueMethod(slots[slot]->Method) &&
+                !MergeValueCategories(part[0].records[slot], part[k].records[slot]))
+                return ReadAfterDrillInParts(1);
     }
+    TakeCounts(slots, part[0].records);
 
     for (int slot = 0; slot < all; ++slot) {
         Drill& record = *slots[slot];
         const bool review = slot >= downs;
-        StoreScanResult(record, m, slot);
+        StoreScanResult(record, part[0].moments, slot);
         if (IsValueMethod(record.Method)) {
             record.Isset = 1;
             NameValueCategories(review ? *Reviews : *DrillDowns, record.Variable);
@@ -134,6 +183,10 @@ int CDrillDown::ReadAfterDrill(unsigned short) {
 }
 
 int CDrillDown::ReadBeforeDrill(unsigned short) {
+    return ReadBeforeDrillInParts(Split.PartsFor(ModuleBlocks().Vmk.NCases));
+}
+
+int CDrillDown::ReadBeforeDrillInParts(int parts) {
     RescanIfNeeded();
     const std::vector<Drill*> slots = ScanSlots();
     const int downs = static_cast<int>(DrillDowns->size());
@@ -146,29 +199,42 @@ int CDrillDown::ReadBeforeDrill(unsigned short) {
     const CasewiseTest incompleteDrill = DrillCasewiseTest();
     const CasewiseTest incompleteReview = ReviewCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
+    // Review records count every value into intervals, whatever their method.
+    auto countsValues = [&](int slot) { return slot < downs && IsValueMethod(slots[slot]->Method); };
+    std::vector<std::vector<PartRecord>> counted = PartCopies(slots, parts);
 
     // Counts the case's valid values of slots [begin, end) into their categories.
-    auto countSlots = [&](int begin, int end, const double* values, double w) {
+    auto countSlots = [&](std::vector<PartRecord>& records, int begin, int end,
+                          const double* values, double w) {
         for (int slot = begin; slot < end; ++slot) {
-            Drill& record = *slots[slot];
-            const double x = values[record.Variable];
+            const double x = values[slots[slot]->Variable];
             if (RealEqual(x, codes[slot]))
                 continue;
-            // Review records count every value into intervals, whatever their method.
-            if (slot < downs && IsValueMethod(record.Method))
-                CountValue(record, x, w);
+            if (countsValues(slot))
+                CountValue(records[slot], x, w);
             else
-                record.AddToInterval(x, w);
+                records[slot].record.AddToInterval(x, w);
         }
     };
-    const LoopEnd end = RunSubsetLoop(subset, [&](const double* values, double w) {
-        if (!(MD == 1 && incompleteDrill.AnyMissing(values)))
-            countSlots(0, downs, values, w);
-        if (!(RVMD == 1 && incompleteReview.AnyMissing(values)))
-            countSlots(downs, all, values, w);
+    const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
+        VisitSubsetCases(subset, block, [&](const double* values, double w) {
+            if (!(MD == 1 && incompleteDrill.AnyMissing(values)))
+                countSlots(counted[k], 0, downs, values, w);
+            if (!(RVMD == 1 && incompleteReview.AnyMissing(values)))
+                countSlots(counted[k], downs, all, values, w);
+        });
     });
     if (end != LoopEnd::Completed)
         return 0;
+    for (int k = 1; k < parts; ++k) {
+        for (int slot = 0; slot < all; ++slot) {
+            if (!countsValues(slot))
+                MergeIntervalCounts(counted[0][slot].record, counted[k][slot].record);
+            else if (!MergeValueCategories(counted[0][slot], counted[k][slot]))
+                return ReadBeforeDrillInParts(1);
+        }
+    }
+    TakeCounts(slots, counted[0]);
 
     for (int slot = 0; slot < all; ++slot) {
         Drill& record = *slots[slot];

@@ -40,16 +40,20 @@ private:
     std::vector<DrillStepTest> m_steps;
 };
 
+// Hands each case of the block that the subset keeps, with its weight, to `visit`.
+template <typename Visit>
+void VisitSubsetCases(const SubsetTest& subset, const CaseBlock& block, Visit&& visit) {
+    uint8_t inside[CaseBlock::Capacity];
+    subset.Select(block, inside);
+    for (int i = 0; i < block.count; ++i)
+        if (inside[i] != 0)
+            visit(block.Row(i), block.weights[i]);
+}
+
 // Walks the cases that the subset keeps, handing each with its weight to `visit`.
 template <typename Visit>
 LoopEnd CDrillDown::RunSubsetLoop(const SubsetTest& subset, Visit&& visit) {
-    uint8_t inside[CaseBlock::Capacity];
-    return RunCaseLoop([&](const CaseBlock& block) {
-        subset.Select(block, inside);
-        for (int i = 0; i < block.count; ++i)
-            if (inside[i] != 0)
-                visit(block.Row(i), block.weights[i]);
-    });
+    return RunCaseLoop([&](const CaseBlock& block) { VisitSubsetCases(subset, block, visit); });
 }
 
 // The test of a case for missing data in any variable of a list (casewise deletion), with

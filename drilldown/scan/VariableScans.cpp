@@ -2,10 +2,25 @@
 // cases, ReadRVV for the review variables over the current subset. Both fill, in one pass,
 // every record's counts, range, moments and value categories.
 
+#include <deque>
 #include <vector>
 
 #include "ScanMoments.h"
+#include "ScanParts.h"
 #include "SubsetTest.h"
+
+namespace {
+
+// What one part of a first-look scan counts. Parts lie on cache lines of their own, so that
+// threads counting side by side do not take each other's lines away.
+struct alignas(64) VariablePart {
+    explicit VariablePart(CAnalysisSupport& host) : moments(host) {}
+    ScanMoments moments;
+    std::vector<PartRecord> values;  // the categorical slots' records
+    int completeCases = 0;           // cases not dropped as incomplete
+};
+
+} // namespace
 
 // One side of the analysis as a first-look scan sees it.
 struct CDrillDown::VariableSide {
@@ -28,7 +43,7 @@ int CDrillDown::ReadDDNV(unsigned short) {
     ValidVar = 0;
     const VariableSide side{Categorical, NoCategorical, Continuous, NoContinuous,
                             DrillDowns.get(), MD, true, false};
-    const LoopEnd end = ReadVariables(side);
+    const LoopEnd end = ReadVariables(side, Split.PartsFor(ModuleBlocks().Vmk.NCases));
     // Breaking off is the one way to lose the records: they would hold half a pass.
     if (end == LoopEnd::BrokenOff)
         DrillDowns->clear();
@@ -41,18 +56,20 @@ int CDrillDown::ReadDDNV(unsigned short) {
 int CDrillDown::ReadRVV(unsigned short) {
     const VariableSide side{RVCategorical, NoRVCategorical, RVContinuous, NoRVContinuous,
                             Reviews.get(), RVMD, false, true};
-    if (ReadVariables(side) != LoopEnd::Completed)
+    if (ReadVariables(side, Split.PartsFor(ModuleBlocks().Vmk.NCases)) != LoopEnd::Completed)
         return 0;
     SetReviewsIntervals();
     return 1;
 }
 
-LoopEnd CDrillDown::ReadVariables(const VariableSide& side) {
+LoopEnd CDrillDown::ReadVariables(const VariableSide& side, int parts) {
     const int slots = side.Slots();
-    ScanMoments m(*this);
-    if (!m.Allocate(slots)) {
-        dsplst(0, GetResourceString(StrMemoryExhausted));
-        return LoopEnd::NoMemory;
+    std::deque<VariablePart> part;
+    for (int k = 0; k < parts; ++k) {
+        if (!part.emplace_back(*this).moments.Allocate(slots)) {
+            dsplst(0, GetResourceString(StrMemoryExhausted));
+            return LoopEnd::NoMemory;
+        }
     }
     // Records do not move during a scan: look each slot's record up once.
     std::vector<Drill*> record(slots);
@@ -63,38 +80,64 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side) {
         double code;
         getmd5(variable[slot], &code);
         // A side that drops incomplete cases as a whole needs no test per value.
-        m.SetMissingTest(slot, code, side.casewise != 1);
+        for (VariablePart& p : part)
+            p.moments.SetMissingTest(slot, code, side.casewise != 1);
+    }
+    // The first part goes on from the records' own value categories, later ones start empty.
+    for (int k = 0; k < parts; ++k) {
+        for (int slot = 0; slot < side.noCategorical; ++slot) {
+            Drill copy = *record[slot];
+            if (k > 0)
+                copy.Categories.clear();
+            part[k].values.emplace_back(std::move(copy));
+        }
     }
     const CasewiseTest incomplete(*this, side.categorical, side.noCategorical, side.continuous,
                                   side.noContinuous);
     // The first look at drill-down variables has no subset; review variables are read in it.
     const SubsetTest subset = side.inSubsetOnly ? CompileSubsetTest() : SubsetTest({});
-    double* x = m.Values();
 
-    const LoopEnd end = RunSubsetLoop(subset, [&](const double* values, double w) {
-        if (side.casewise == 1 && incomplete.AnyMissing(values)) {
-            m.CountMissing(0, slots, w);
-            return;
-        }
-        if (side.countsValidCases)
-            ++ValidVar;
-        for (int slot = 0; slot < slots; ++slot)
-            x[slot] = values[variable[slot]];
-        m.Update(0, slots, w);
-        for (int slot = 0; slot < side.noCategorical; ++slot)
-            if (m.Valid(slot))
-                record[slot]->AddValue(x[slot], 0, w, std::string());
+    const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
+        VariablePart& p = part[k];
+        double* x = p.moments.Values();
+        VisitSubsetCases(subset, block, [&](const double* values, double w) {
+            if (side.casewise == 1 && incomplete.AnyMissing(values)) {
+                p.moments.CountMissing(0, slots, w);
+                return;
+            }
+            ++p.completeCases;
+            for (int slot = 0; slot < slots; ++slot)
+                x[slot] = values[variable[slot]];
+            p.moments.Update(0, slots, w);
+            for (int slot = 0; slot < side.noCategorical; ++slot)
+                if (p.moments.Valid(slot))
+                    p.values[slot].AddValue(x[slot], 0, w);
+        });
     });
+    if (side.countsValidCases) {
+        ValidVar = 0;
+        for (const VariablePart& p : part)
+            ValidVar += p.completeCases;
+    }
     if (end != LoopEnd::Completed)
         return end;
+    for (int k = 1; k < parts; ++k) {
+        part[0].moments.Merge(part[k].moments, slots);
+        for (int slot = 0; slot < side.noCategorical; ++slot)
+            if (!MergeValueCategories(part[0].values[slot], part[k].values[slot]))
+                return ReadVariables(side, 1);
+    }
 
     for (int slot = 0; slot < slots; ++slot) {
         Drill& r = *record[slot];
         if (slot < side.noCategorical) {
+            Drill& counted = part[0].values[slot].record;
+            r.Categories = std::move(counted.Categories);
+            r.Method = counted.Method;
             r.Isset = r.Method == MethodDistinctValues ? 1 : 0;
             NameValueCategories(*side.records, r.Variable);
         }
-        StoreScanResult(r, m, slot);
+        StoreScanResult(r, part[0].moments, slot);
     }
     return LoopEnd::Completed;
 }

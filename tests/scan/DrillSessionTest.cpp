@@ -1,6 +1,7 @@
 // Whole drill sessions on a generated file with weights, missing values and a selection
 // condition: after every step each record must agree with a straightforward two-pass
-// computation over the cases of the subset.
+// computation over the cases of the subset, whether the scans read the file in one pass or
+// in parts merged afterwards.
 
 #include <gtest/gtest.h>
 
@@ -44,7 +45,8 @@ struct Step {
     double lower, upper;
 };
 
-class DrillSessionTest : public test::AnalysisFixture {
+class DrillSessionTest : public test::AnalysisFixture,
+                         public testing::WithParamInterface<int> {
 protected:
     bool inSubset(int caseNo) const {
         for (const Step& s : steps) {
@@ -161,13 +163,14 @@ protected:
     std::vector<Step> steps;  // newest first, as in DrillUps
 };
 
-TEST_F(DrillSessionTest, EveryStepAgreesWithTheReference) {
+TEST_P(DrillSessionTest, EveryStepAgreesWithTheReference) {
     struct Options {
         short wm, md, rvmd;
     };
     for (const Options& o : {Options{0, 0, 0}, Options{1, 1, 0}, Options{1, 0, 1}}) {
         SCOPED_TRACE(testing::Message() << "WM " << o.wm << " MD " << o.md << " RVMD " << o.rvmd);
         open(generatedFile(42));
+        analysis->Split = ScanSplit{GetParam(), 100};
         steps.clear();
         analysis->SetWM(o.wm);
         analysis->SetMD(o.md);
@@ -200,5 +203,8 @@ TEST_F(DrillSessionTest, EveryStepAgreesWithTheReference) {
         expectStateMatchesReference();
     }
 }
+
+// One pass, and the 700 cases split into three and into seven parts.
+INSTANTIATE_TEST_SUITE_P(Parts, DrillSessionTest, testing::Values(1, 3, 7));
 
 } // namespace
