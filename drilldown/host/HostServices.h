@@ -12,9 +12,11 @@
 //
 // Ownership: the host owns its services and keeps them alive while any analysis exists.
 // The module never deletes them.
-// Re-entrancy: every call comes on the user-interface thread. A service must not call
-// back into the analysis that called it, with one exception: cstrtw may be called
-// while a scan is running, and nothing else is.
+// Threads and re-entrancy: every call comes on the user-interface thread but one: while a
+// scan of a large file runs, cstrtw is also called from the scan's other threads, for
+// other cases, at the same time. cstrtw must therefore only read the file (no state of its
+// own changes per call), and the file must not change while a scan runs. A service must
+// not call back into the analysis that called it.
 // Exceptions: a service reports failure through its result (0, an error code, a cancelled
 // dialog) and throws nothing into the module, with these exceptions:
 //   - the calls that run a dialog (HostDialogs::DoubleVarListDialog, RunModalDialog,

@@ -68,6 +68,10 @@ inline double CaseWeight(bool weighted, double weight, bool weightedMoments) {
 
 namespace scan_detail {
 
+// A case counts when its weight is not RealLessEqual to 0. Nothing but 0 is RealEqual to
+// 0, so that is the plain comparison, which costs one instruction.
+inline bool Counts(double weight) { return !(weight <= 0.0); }
+
 // Hands blocks of read cases to a visitor.
 class BlockFill {
 public:
@@ -135,6 +139,7 @@ template <typename VisitBlock>
 LoopEnd CDrillDown::ReadCasesHere(CaseRange range, double* rows, VisitBlock&& visit) {
     const HostBlocks& blocks = ModuleBlocks();
     b1_com& b1 = ModuleBlocks().B1;
+    const bool weightedMoments = WM == 1;
     const bool caseNames = blocks.Vmk88.CaseNameLen != 0;
     scan_detail::BlockFill fill(rows, std::size_t(blocks.Vmk.NVars) + 1);
     for (int caseNo = range.first; caseNo <= range.last; ++caseNo) {
@@ -149,8 +154,10 @@ LoopEnd CDrillDown::ReadCasesHere(CaseRange range, double* rows, VisitBlock&& vi
         }
         if (read == 1)
             continue;
-        const double weight = DealWithWeights(0);
-        if (!RealLessEqual(weight, 0.0))
+        // What DealWithWeights gives, from the block ReadCase has just written.
+        const double weight =
+            CaseWeight(blocks.Wght.WeightOn != 0, blocks.Wght.WeightValue, weightedMoments);
+        if (scan_detail::Counts(weight))
             fill.Keep(weight, visit);
     }
     fill.HandOver(visit);
@@ -174,7 +181,7 @@ LoopEnd CDrillDown::ReadCasesAside(CaseRange range, double* rows, const std::ato
             continue;
         ++delivered;
         const double w = CaseWeight(weighted != 0, weight, weightedMoments);
-        if (!RealLessEqual(w, 0.0))
+        if (scan_detail::Counts(w))
             fill.Keep(w, visit);
     }
     fill.HandOver(visit);

@@ -3,20 +3,55 @@
 // copies of the records; the copies of later parts are then merged into the first part's,
 // in file order.
 
+#include <array>
+#include <bit>
+#include <cstdint>
+
 #include "../core/Drill.h"
 
 // A copy of a record that one part of a scan counts values into.
-struct PartRecord {
+//
+// Counting a value means finding its category among up to 2,048; the values of a
+// categorical variable are few and come again and again, so each part remembers, per value,
+// where its category stood. The memory holds only while no category came or went: every
+// insertion or overflow starts a new generation, and a full set is not remembered at all.
+class PartRecord {
+public:
     explicit PartRecord(Drill copy) : record(std::move(copy)) {}
 
-    // Counts a value as Drill::AddValue does, noting a set that overflowed.
+    // Counts a value exactly as Drill::AddValue does, noting a set that overflowed.
     void AddValue(double value, int16_t kind, double weight) {
-        if (record.AddValue(value, kind, weight, std::string()) == 0)
+        Seen& seen = m_seen[SlotOf(value)];
+        if (seen.value == value && seen.generation == m_generation) {
+            Mutable(*(record.Categories.begin() + seen.index)).Count += weight;
+            return;
+        }
+        const int added = record.AddValue(value, kind, weight, std::string());
+        if (added == 0)
             overflowed = true;
+        if (added != 2)
+            ++m_generation;
+        // A full set does not survive the next value, so nothing is remembered in it.
+        const CategorySet& categories = record.Categories;
+        if (added != 0 && categories.size() < MaxValueCategories)
+            seen = {value, m_generation, categories.lower_bound(value) - categories.begin()};
     }
 
     Drill record;
     bool overflowed = false;  // a value came while the set was full
+
+private:
+    struct Seen {
+        double value;
+        std::uint64_t generation = 0;  // 0: nothing remembered
+        std::ptrdiff_t index;
+    };
+    static std::size_t SlotOf(double value) {
+        return std::bit_cast<std::uint64_t>(value) * 0x9E3779B97F4A7C15ull >> 58;
+    }
+
+    std::uint64_t m_generation = 1;
+    std::array<Seen, 64> m_seen{};
 };
 
 // Adds the value categories of a later part into `into`: counts add up where a value is in

@@ -1,6 +1,7 @@
 // The first look at a new list of variables: ReadDDNV for the drill-down variables over all
-// cases, ReadRVV for the review variables over the current subset. Both fill, in one pass,
-// every record's counts, range, moments and value categories.
+// cases, ReadRVV for the review variables over the current subset. Both fill, in one pass
+// (or in parts merged afterwards, CaseLoop.h), every record's counts, range, moments and
+// value categories. A scan that does not end leaves the value categories as they were.
 
 #include <deque>
 #include <vector>

@@ -27,7 +27,7 @@ wb::DataFile partedFile() {
         rows.push_back({
             unit(random) < 0.05 ? M : 1 + std::floor(unit(random) * 6),
             double(c),                 // 3,000 values: only the parts together overflow
-            double(c % 2048),          // 2,048 values, then more cases: one pass overflows
+            double(std::min(c, 2047)),  // the 2,048th value again: one pass overflows
             std::max(0.0, c - 952.0),  // the 2,048th value comes last: one pass does not
             // One pass joins 1 + 8e-13 to 1 but keeps 1 + 1.6e-12 apart; the second part
             // alone joins the two.

@@ -80,10 +80,6 @@ void DataFile::reserveCases(int count) {
     m_values.reserve((std::size_t(count) + 1) * stride());
 }
 
-bool DataFile::isMissing(int var, double value) const {
-    return RealEqual(value, variable(var).missingCode);
-}
-
 int DataFile::caseNameWidth() const {
     return hasCaseNames() ? std::max(m_caseNameWidth, 1) : 0;
 }
@@ -122,8 +118,8 @@ void DataFile::setSelection(const std::string& expression) {
     m_selectionText = expression;
 }
 
-bool DataFile::isSelected(int caseNo) const {
-    return m_selection == nullptr || m_selection->matches(row(caseNo), *this);
+bool DataFile::passesSelection(int caseNo) const {
+    return m_selection->matches(row(caseNo), *this);
 }
 
 } // namespace wb

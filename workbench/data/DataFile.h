@@ -22,6 +22,8 @@
 #include <string>
 #include <vector>
 
+#include "drilldown/host/RealNumbers.h"
+
 namespace wb {
 
 // A malformed input: the message names the file, and the line and column where known.
@@ -80,7 +82,9 @@ public:
     }
     std::size_t stride() const { return m_variables.size() + 1; }
 
-    bool isMissing(int var, double value) const;
+    bool isMissing(int var, double value) const {
+        return RealEqual(value, variable(var).missingCode);
+    }
 
     // Case names: empty when the file has none. 1-based.
     bool hasCaseNames() const { return !m_caseNames.empty(); }
@@ -102,9 +106,13 @@ public:
     void setSelection(const std::string& expression);
     const std::string& selectionText() const { return m_selectionText; }
     // True when the case passes the selection condition (always, without one).
-    bool isSelected(int caseNo) const;
+    bool isSelected(int caseNo) const {
+        return m_selection == nullptr || passesSelection(caseNo);
+    }
 
 private:
+    bool passesSelection(int caseNo) const;
+
     std::string m_path;
     std::vector<Variable> m_variables;
     int m_caseCount = 0;

@@ -102,8 +102,15 @@ short DataService::cstrtw(int caseNo, double* values, int* hasWeight, double* we
     if (m_file == nullptr || caseNo < 1 || caseNo > m_file->caseCount() || caseNo == m_breakCase)
         return 2;
     const double* row = m_file->row(caseNo);
-    if (values != nullptr)
-        std::memcpy(values, row, static_cast<std::size_t>(m_rowLength) * sizeof(double));
+    // Rows are short, a few dozen doubles: copied in pieces of four, which the compiler
+    // inlines, they take less time than a call to memcpy.
+    if (values != nullptr) {
+        int i = 0;
+        for (; i + 4 <= m_rowLength; i += 4)
+            std::memcpy(values + i, row + i, 4 * sizeof(double));
+        for (; i < m_rowLength; ++i)
+            values[i] = row[i];
+    }
     const int weighting = m_file->weightVariable();
     double caseWeight = 1.0;
     if (weighting != 0) {

@@ -80,10 +80,6 @@ void CAnalysisSupport::InitCommons(VmkTag* vmk, Vmk88Tag* vmk88, b1_com* b1, Wgh
                                    _AddMenu* menu) {
     Host().Data->InitCommons(vmk, vmk88, b1, wght, menu);
 }
-short CAnalysisSupport::cstrtw(int caseNo, double* values, int* hasWeight, double* weight,
-                               int* weightVar) {
-    return Host().Data->cstrtw(caseNo, values, hasWeight, weight, weightVar);
-}
 void CAnalysisSupport::getmd5(int var, double* code) { Host().Data->getmd5(var, code); }
 void CAnalysisSupport::getvn5(int var, char* name) { Host().Data->getvn5(var, name); }
 int CAnalysisSupport::WriteVarLongName(char* text, int var) {
@@ -99,7 +95,6 @@ void CAnalysisSupport::GetCell(int var0, int case0, double* value) {
     Host().Data->GetCell(var0, case0, value);
 }
 
-int CAnalysisSupport::lookbr() { return Host().Progress->lookbr(); }
 void CAnalysisSupport::d_pbar(const char* text) { Host().Progress->d_pbar(text); }
 void CAnalysisSupport::dstart(unsigned long total) { Host().Progress->dstart(total); }
 void CAnalysisSupport::dstop() { Host().Progress->dstop(); }

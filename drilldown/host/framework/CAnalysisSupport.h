@@ -135,8 +135,11 @@ public:
     // Host services, by family.
     int AllocMem(void** block, unsigned long bytes);
     void FreeMem(void* block);
-    short cstrtw(int caseNo, double* values, int* hasWeight, double* weight, int* weightVar);
-    int lookbr();
+    // Called once per case by every scan, so written here where the scans can inline them.
+    short cstrtw(int caseNo, double* values, int* hasWeight, double* weight, int* weightVar) {
+        return Host().Data->cstrtw(caseNo, values, hasWeight, weight, weightVar);
+    }
+    int lookbr() { return Host().Progress->lookbr(); }
     void d_pbar(const char* text);
     void dstart(unsigned long total);
     void dstop();

@@ -10,22 +10,6 @@ namespace {
 constexpr int CaseNameField = sizeof(b1_com::CaseName);
 }
 
-short ReadCase(CAnalysisSupport& analysis, int* caseNo, double* values) {
-    HostBlocks& blocks = ModuleBlocks();
-    int hasWeight = 0;
-    double weight = 0;
-    int weightVar = 0;
-    const short result = analysis.cstrtw(*caseNo, values, &hasWeight, &weight, &weightVar);
-    if (result == 0 || result == 1) {
-        blocks.Wght.WeightValue = weight;
-        blocks.Wght.WeightSingle = static_cast<float>(weight);
-        blocks.Wght.WeightOn = hasWeight != 0 ? 1 : 0;
-        blocks.Wght.WeightVar = static_cast<uint16_t>(weightVar);
-    }
-    PutCaseName(analysis, *caseNo);
-    return result;
-}
-
 void PutCaseName(CAnalysisSupport& analysis, int caseNo) {
     HostBlocks& blocks = ModuleBlocks();
     const int width = blocks.Vmk88.CaseNameLen;
