@@ -15,6 +15,7 @@
 #include <memory>
 #include <random>
 #include <sstream>
+#include <thread>
 
 #include "drilldown/core/CDrillDown.h"
 #include "drilldown/core/ModuleEntry.h"
@@ -122,6 +123,36 @@ template <typename Word, std::size_t Chains> void FloorSum(benchmark::State& sta
     setCounters(state, cases);
 }
 
+// The same sums with the file split over the machine's cores, one thread each, as the
+// scans split it.
+void FloorSumAllCores(benchmark::State& state) {
+    const int cases = static_cast<int>(state.range(0));
+    const wb::DataFile& file = workload(cases).file();
+    const std::size_t count = std::size_t(cases) * file.stride() * sizeof(double) / 8;
+    const auto* values = reinterpret_cast<const std::uint64_t*>(file.row(1));
+    const unsigned parts = std::max(1u, std::thread::hardware_concurrency());
+    for (auto _ : state) {
+        std::vector<std::thread> threads;
+        std::vector<std::uint64_t> totals(parts * 8);  // a cache line each
+        for (unsigned k = 0; k < parts; ++k) {
+            threads.emplace_back([&, k] {
+                const std::size_t first = count * k / parts / 8 * 8;
+                const std::size_t last = count * (k + 1) / parts / 8 * 8;
+                std::uint64_t sums[8] = {};
+                for (std::size_t i = first; i < last; i += 8)
+                    for (std::size_t j = 0; j < 8; ++j)
+                        sums[j] += values[i + j];
+                totals[k * 8] = sums[0] + sums[1] + sums[2] + sums[3] + sums[4] + sums[5] +
+                                sums[6] + sums[7];
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        benchmark::DoNotOptimize(totals.data());
+    }
+    setCounters(state, cases);
+}
+
 void FloorCopy(benchmark::State& state) {
     const int cases = static_cast<int>(state.range(0));
     const wb::DataFile& file = workload(cases).file();
@@ -191,6 +222,7 @@ void registerBenchmarks() {
             {"Floor.SumIntegers8", FloorSum<std::uint64_t, 8>},
             {"Floor.SumIntegers16", FloorSum<std::uint64_t, 16>},
             {"Floor.Copy", FloorCopy},
+            {"Floor.SumIntegers8AllCores", FloorSumAllCores},
             {"ReadDDNV", ReadDDNV},
             {"ReadAfterDrill", ReadAfterDrill},
             {"ReadBeforeDrill", ReadBeforeDrill}};

@@ -21,7 +21,7 @@ using Mask4 = int64_t __attribute__((vector_size(32)));
 }
 [[gnu::always_inline]] inline void Store(double* p, Lane4 v) { std::memcpy(p, &v, sizeof v); }
 
-constexpr int ArrayCount = 12;
+constexpr int ArrayCount = 11;
 
 } // namespace
 
@@ -32,10 +32,11 @@ bool ScanMoments::Allocate(int slots) {
         return false;
     double* next = m_block.get();
     for (double** array : {&m_min, &m_max, &m_mean, &m_ss, &m_weightedN, &m_mcount, &m_n,
-                           &m_missingN, &m_code, &m_test, &m_valid, &m_x}) {
+                           &m_missingN, &m_code, &m_test, &m_valid}) {
         *array = next;
         next += n;
     }
+    m_column.assign(n, 0);
     std::fill(m_min, m_min + n, StartMin);
     std::fill(m_max, m_max + n, StartMax);
     return true;
@@ -74,13 +75,15 @@ void ScanMoments::Merge(const ScanMoments& later, int slots) {
 // exactly the scalar arithmetic of the update above, in its order; a missing slot, or one
 // outside [begin, end), computes the same and throws it away.
 __attribute__((target_clones("avx2", "default")))
-void ScanMoments::Update(int begin, int end, double w) {
+void ScanMoments::Update(int begin, int end, double w, const double* values) {
     const Lane4 zero = {0, 0, 0, 0};
     const Lane4 one = {1, 1, 1, 1};
     for (int s = begin / Lanes * Lanes; s < end; s += Lanes) {
         const Mask4 index = {s, s + 1, s + 2, s + 3};
         const Mask4 inRange = (index >= begin) & (index < end);
-        const Lane4 x = Load(m_x + s);
+        const int* column = m_column.data() + s;
+        const Lane4 x = {values[column[0]], values[column[1]], values[column[2]],
+                         values[column[3]]};
         const Mask4 missing = (Load(m_test + s) != zero) & RealEqualLanes(x, Load(m_code + s));
         const Mask4 valid = inRange & ~missing;
         const Mask4 counted = inRange & missing;

@@ -17,6 +17,7 @@
 // the slot's old state.
 
 #include <cstdint>
+#include <vector>
 
 #include "../host/framework/HostArray.h"
 
@@ -31,23 +32,22 @@ public:
     // memory ran out.
     bool Allocate(int slots);
 
-    // The slot's missing-data code, and whether its values are tested against it at all (a
-    // side that drops incomplete cases as a whole needs no test per value).
-    void SetMissingTest(int slot, double code, bool test) {
+    // The slot's column in a case's values (its variable), its missing-data code, and
+    // whether its values are tested against the code at all (a side that drops incomplete
+    // cases as a whole needs no test per value).
+    void SetSlot(int slot, short column, double code, bool test) {
+        m_column[slot] = column;
         m_code[slot] = code;
         m_test[slot] = test ? 1.0 : 0.0;
     }
 
-    // Where the values of a case go before Update: x[slot] is the slot's value.
-    double* Values() const { return m_x; }
-
     // Counts the case as missing in slots [begin, end).
     void CountMissing(int begin, int end, double weight);
 
-    // Updates slots [begin, end) with the case's values in Values(): a missing value counts
-    // as missing, any other updates the counts, range and moments. Afterwards Valid(slot)
-    // tells which.
-    void Update(int begin, int end, double weight);
+    // Updates slots [begin, end) with the case's values, each slot's at its column of
+    // `values`: a missing value counts as missing, any other updates the counts, range and
+    // moments. Afterwards Valid(slot) tells which.
+    void Update(int begin, int end, double weight, const double* values);
     bool Valid(int slot) const { return m_valid[slot] != 0; }
 
     // Adds, slot by slot, what a scan of the cases after this one's counted: counts and
@@ -73,5 +73,7 @@ private:
     HostArray<double> m_block;
     // Counts are kept as doubles, exact up to 2^53, so that every lane of a slot is a double.
     double *m_min, *m_max, *m_mean, *m_ss, *m_weightedN, *m_mcount, *m_n, *m_missingN, *m_code,
-        *m_test, *m_valid, *m_x;
+        *m_test, *m_valid;
+    // Column 0 of a case's values is never a variable's; unused lanes read it and drop it.
+    std::vector<int> m_column;
 };

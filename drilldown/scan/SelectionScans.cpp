@@ -118,7 +118,7 @@ int CDrillDown::ReadAfterDrillInParts(int parts) {
         getmd5(slots[slot]->Variable, &code);
         // Review values need no test when incomplete cases are dropped as a whole.
         for (SelectionPart& p : part)
-            p.moments.SetMissingTest(slot, code, slot < downs || RVMD != 1);
+            p.moments.SetSlot(slot, slots[slot]->Variable, code, slot < downs || RVMD != 1);
     }
     std::vector<std::vector<PartRecord>> copies = PartCopies(slots, parts);
     for (int k = 0; k < parts; ++k)
@@ -129,24 +129,21 @@ int CDrillDown::ReadAfterDrillInParts(int parts) {
 
     const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
         SelectionPart& p = part[k];
-        double* x = p.moments.Values();
         VisitSubsetCases(subset, block, [&](const double* values, double w) {
             const bool dropDrill = MD == 1 && incompleteDrill.AnyMissing(values);
             // A case dropped on the review side leaves no trace there, not even as missing.
             const bool dropReview = RVMD == 1 && incompleteReview.AnyMissing(values);
             ++p.cases;
-            for (int slot = 0; slot < all; ++slot)
-                x[slot] = values[slots[slot]->Variable];
             if (dropDrill)
                 p.moments.CountMissing(0, downs, w);
             else
-                p.moments.Update(0, downs, w);
+                p.moments.Update(0, downs, w, values);
             if (!dropReview)
-                p.moments.Update(downs, all, w);
+                p.moments.Update(downs, all, w, values);
             for (int slot = 0; slot < all; ++slot) {
                 const bool dropped = slot < downs ? dropDrill : dropReview;
                 if (!dropped && p.moments.Valid(slot))
-                    CountValue(p.records[slot], x[slot], w);
+                    CountValue(p.records[slot], values[slots[slot]->Variable], w);
             }
         });
     });

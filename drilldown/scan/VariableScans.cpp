@@ -82,7 +82,7 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side, int parts) {
         getmd5(variable[slot], &code);
         // A side that drops incomplete cases as a whole needs no test per value.
         for (VariablePart& p : part)
-            p.moments.SetMissingTest(slot, code, side.casewise != 1);
+            p.moments.SetSlot(slot, variable[slot], code, side.casewise != 1);
     }
     // The first part goes on from the records' own value categories, later ones start empty.
     for (int k = 0; k < parts; ++k) {
@@ -100,19 +100,16 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side, int parts) {
 
     const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
         VariablePart& p = part[k];
-        double* x = p.moments.Values();
         VisitSubsetCases(subset, block, [&](const double* values, double w) {
             if (side.casewise == 1 && incomplete.AnyMissing(values)) {
                 p.moments.CountMissing(0, slots, w);
                 return;
             }
             ++p.completeCases;
-            for (int slot = 0; slot < slots; ++slot)
-                x[slot] = values[variable[slot]];
-            p.moments.Update(0, slots, w);
+            p.moments.Update(0, slots, w, values);
             for (int slot = 0; slot < side.noCategorical; ++slot)
                 if (p.moments.Valid(slot))
-                    p.values[slot].AddValue(x[slot], 0, w);
+                    p.values[slot].AddValue(values[variable[slot]], 0, w);
         });
     });
     if (side.countsValidCases) {
