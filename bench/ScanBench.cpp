@@ -248,29 +248,37 @@ public:
         // Per size, the fastest of the floor passes.
         std::map<std::string, std::pair<std::string, double>> floors;
         for (const auto& [name, time] : m_times) {
-            const auto slash = name.find('/');
             if (!name.starts_with("Floor."))
                 continue;
-            auto& best = floors[name.substr(slash)];
+            auto& best = floors[sizeOf(name)];
             if (best.first.empty() || time < best.second)
-                best = {name.substr(0, slash), time};
+                best = {name.substr(0, name.find('/')), time};
         }
         for (const auto& [size, floor] : floors)
             std::printf("\nfloor%s: %s, %.2f ms", size.c_str(), floor.first.c_str(), floor.second);
         std::printf("\n\n%-28s %10s %8s %8s\n", "scan", "ms", "x floor", "target");
         for (const auto& [name, time] : m_times) {
-            const auto slash = name.find('/');
-            const std::string scan = name.substr(0, slash);
-            const auto floor = floors.find(name.substr(slash));
+            const std::string scan = name.substr(0, name.find('/'));
+            const auto floor = floors.find(sizeOf(name));
             if (scan.starts_with("Floor.") || floor == floors.end())
                 continue;
-            const double target = scan == "ReadDDNV" ? 3 : 2;
-            std::printf("%-28s %10.2f %8.2f %8.0f\n", name.c_str(), time,
-                        time / floor->second.second, target);
+            std::printf("%-28s %10.2f %8.2f %8s\n", name.c_str(), time,
+                        time / floor->second.second, targetOf(scan));
         }
     }
 
 private:
+    // Loading has a time to meet rather than a ratio, a quarter second for a million cases;
+    // its ratio is there to compare machines.
+    static const char* targetOf(const std::string& scan) {
+        return scan == "ReadDDNV" ? "3" : scan == "LoadCsv" ? "250 ms" : "2";
+    }
+    // "/1000000" of "LoadCsv/1000000/iterations:2".
+    static std::string sizeOf(const std::string& name) {
+        const auto slash = name.find('/');
+        return name.substr(slash, name.find('/', slash + 1) - slash);
+    }
+
     std::map<std::string, double> m_times;
 };
 

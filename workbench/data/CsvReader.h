@@ -24,6 +24,8 @@ public:
     // Offset of what is read next.
     std::size_t position() const { return m_pos; }
 
+    // Goes on reading at `offset`, the start of a row.
+    void skipTo(std::size_t offset) { m_pos = offset; }
     // Skips empty lines; false at the end of the text.
     bool startRow();
     // Reads the next field of the current row; true when the row goes on after it.

@@ -66,6 +66,22 @@ void DataFile::appendCase(const std::vector<double>& values, std::string caseNam
         throw std::length_error("DataFile::appendCase: too many cases");
     m_values.push_back(0.0);
     m_values.insert(m_values.end(), values.begin(), values.end());
+    countCase(std::move(caseName));
+}
+
+void DataFile::appendCases(const std::vector<double>& rows, int count,
+                           std::vector<std::string> names) {
+    if (rows.size() != std::size_t(count) * stride() ||
+        (!names.empty() && names.size() != std::size_t(count)))
+        throw std::invalid_argument("DataFile::appendCases: rows and names do not match");
+    if (count > INT_MAX - m_caseCount)
+        throw std::length_error("DataFile::appendCases: too many cases");
+    m_values.insert(m_values.end(), rows.begin(), rows.end());
+    for (int c = 0; c < count; ++c)
+        countCase(names.empty() ? std::string() : std::move(names[std::size_t(c)]));
+}
+
+void DataFile::countCase(std::string caseName) {
     // Names are kept only once some case has one; earlier cases then get empty names.
     // Once kept, there is a name per case and the resize changes nothing.
     if (!caseName.empty() || !m_caseNames.empty()) {

@@ -71,6 +71,9 @@ public:
     int addVariable(Variable variable);
     // Appends one case; `values` holds one value per variable, in variable order.
     void appendCase(const std::vector<double>& values, std::string caseName = {});
+    // Appends `count` cases laid out as row() gives them (a slot before each case's values),
+    // with their names, or no names at all.
+    void appendCases(const std::vector<double>& rows, int count, std::vector<std::string> names);
     // Makes room for `count` cases in all, so that appending them does not reallocate.
     void reserveCases(int count);
 
@@ -112,6 +115,8 @@ public:
 
 private:
     bool passesSelection(int caseNo) const;
+    // Counts a case whose values are in place, keeping its name.
+    void countCase(std::string caseName);
 
     std::string m_path;
     std::vector<Variable> m_variables;

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <limits>
 #include <map>
+#include <thread>
 #include <unordered_map>
 
 #include "drilldown/host/RealNumbers.h"
@@ -31,6 +32,8 @@ constexpr int MaxVariables = 32767;
 constexpr std::size_t MaxCases = std::numeric_limits<int>::max() - 1;
 // Cases between two reports of progress.
 constexpr int ProgressCases = 1 << 16;
+// The least text of cases worth a thread of its own.
+constexpr std::size_t MinParallelBytes = 4 << 20;
 // Stands for a missing value until the variable's missing code is known; no parsed value
 // is ever NaN.
 constexpr double Pending = std::numeric_limits<double>::quiet_NaN();
@@ -437,13 +440,138 @@ private:
     }
 
     void readCases() {
-        // A case takes a line and a byte for each of its fields at least: so many line
+        // Read in order, a case takes a line and a byte for each of its fields at least: so many line
         // breaks, or so many cases as the text can hold, whichever is fewer, and never more
         // than the text can hold (a million empty lines are not a million cases).
+        if (readPlainCasesInParallel())
+            return;
         const std::string_view text = m_csv.text();
         const auto lines = std::size_t(std::count(text.begin(), text.end(), '\n'));
         const std::size_t fit = text.size() / std::max<std::size_t>(1, m_columns.size());
         m_file.reserveCases(int(std::min<std::size_t>({lines, fit, MaxCases})));
+        readCasesInOrder();
+    }
+
+    // Rows of plain numbers, the common large file, are read in stretches of lines, one
+    // thread each. Anything else in a stretch (a text, a missing code written as a value, a
+    // row of another length, a malformed field) gives up the attempt and leaves the file as
+    // it was: the rows are then read in order, where every case gets its exact message.
+    // False when the attempt was given up or not worth making.
+    bool readPlainCasesInParallel() {
+        const std::string_view text = m_csv.text();
+        const std::size_t start = m_csv.position();
+        const std::size_t parts =
+            std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()),
+                                  (text.size() - start) / MinParallelBytes);
+        // Without quotes a line break always ends a row, so the stretches can be cut there.
+        if (parts < 2 || text.find('"', start) != std::string_view::npos)
+            return false;
+        std::vector<std::size_t> cuts{start};
+        for (std::size_t k = 1; k < parts; ++k) {
+            const std::size_t lineEnd = text.find('\n', start + (text.size() - start) * k / parts);
+            if (lineEnd == std::string_view::npos)
+                break;
+            cuts.push_back(std::max(cuts.back(), lineEnd + 1));
+        }
+        cuts.push_back(text.size());
+        std::vector<PlainRows> stretches(cuts.size() - 1);
+        {
+            std::vector<std::jthread> threads;
+            for (std::size_t k = 1; k < stretches.size(); ++k)
+                threads.emplace_back([&, k] {
+                    readPlainRows(text.substr(cuts[k], cuts[k + 1] - cuts[k]), stretches[k], false);
+                });
+            readPlainRows(text.substr(cuts[0], cuts[1] - cuts[0]), stretches[0], true);
+        }
+        std::size_t cases = 0;
+        for (const PlainRows& rows : stretches) {
+            if (!rows.plain)
+                return false;
+            cases += std::size_t(rows.count);
+        }
+        if (cases > MaxCases)
+            return false;
+        m_file.reserveCases(int(cases));
+        for (PlainRows& rows : stretches)
+            takeRows(rows);
+        m_csv.skipTo(text.size());
+        return true;
+    }
+
+    // What a stretch of plain rows holds.
+    struct PlainRows {
+        std::vector<double> rows;  // each case as DataFile::row lays it out
+        int count = 0;
+        std::vector<std::string> caseNames;  // when the file has them
+        std::vector<char> sawNumber, sawMissing;  // per column
+        bool plain = true;
+    };
+
+    void readPlainRows(std::string_view stretch, PlainRows& rows, bool reportProgress) const {
+        try {
+            rows.sawNumber.assign(m_columns.size(), 0);
+            rows.sawMissing.assign(m_columns.size(), 0);
+            const std::size_t stride = m_file.stride();
+            const bool named = hasCaseNameColumn();
+            rows.rows.reserve(stride * std::size_t(std::count(stretch.begin(), stretch.end(), '\n') + 1));
+            CsvReader csv(stretch, std::string(), m_dialect.separator);
+            std::string buffer;
+            CsvReader::Field field;
+            while (rows.plain && csv.startRow()) {
+                const std::size_t first = rows.rows.size();
+                rows.rows.resize(first + stride, 0.0);
+                if (named)
+                    rows.caseNames.emplace_back();
+                std::size_t count = 0;
+                for (bool more = true; more && rows.plain; ++count) {
+                    more = csv.readField(field);
+                    rows.plain = count < m_columns.size() &&
+                                 plainField(count, field.text, rows, &rows.rows[first], buffer);
+                }
+                rows.plain = rows.plain && count == m_columns.size();
+                ++rows.count;
+                if (reportProgress && m_progress && rows.count % ProgressCases == 0)
+                    m_progress(double(csv.position()) / double(stretch.size()));
+            }
+        } catch (const std::exception&) {
+            rows.plain = false;
+        }
+    }
+
+    bool hasCaseNameColumn() const {
+        return std::any_of(m_columns.begin(), m_columns.end(),
+                           [](const Column& column) { return column.var == 0; });
+    }
+
+    // Takes a field of a plain row into the row's values; false when it is not plain.
+    bool plainField(std::size_t index, std::string_view text, PlainRows& rows, double* row,
+                    std::string& buffer) const {
+        const Column& column = m_columns[index];
+        if (column.var == 0) {
+            rows.caseNames.back() = text;
+            return true;
+        }
+        double& value = row[column.var];
+        if (text.empty() || text == "NA") {
+            rows.sawMissing[index] = 1;
+            value = Pending;
+            return true;
+        }
+        rows.sawNumber[index] = 1;
+        return number(text, value, buffer) &&
+               !(column.hasGivenMissing && RealEqual(value, column.givenMissing));
+    }
+
+    void takeRows(PlainRows& rows) {
+        m_file.appendCases(rows.rows, rows.count, std::move(rows.caseNames));
+        for (std::size_t index = 0; index < m_columns.size(); ++index) {
+            m_columns[index].sawNumber = m_columns[index].sawNumber || rows.sawNumber[index];
+            m_columns[index].sawMissing = m_columns[index].sawMissing || rows.sawMissing[index];
+        }
+    }
+
+    void readCasesInOrder() {
+        const std::string_view text = m_csv.text();
         std::vector<double> values(std::size_t(m_file.variableCount()));
         CsvReader::Field field;
         while (m_csv.startRow()) {
@@ -523,14 +651,16 @@ private:
 
     // A field as a number in the file's decimal mark: with a decimal comma, "3,5" is 3.5 and
     // a point is not a number's, lest "1.234" pass for a thousand and more.
-    bool number(std::string_view text, double& value) {
+    bool number(std::string_view text, double& value) { return number(text, value, m_number); }
+    // The same with a buffer of the caller's for a decimal comma.
+    bool number(std::string_view text, double& value, std::string& buffer) const {
         if (m_dialect.decimal == '.')
             return parseNumber(text, value);
         if (text.find('.') != std::string_view::npos)
             return false;
-        m_number.assign(text);
-        std::replace(m_number.begin(), m_number.end(), ',', '.');
-        return parseNumber(m_number, value);
+        buffer.assign(text);
+        std::replace(buffer.begin(), buffer.end(), ',', '.');
+        return parseNumber(buffer, value);
     }
 
     [[noreturn]] void notAValue(const Column& column, std::size_t offset, std::string_view text) {

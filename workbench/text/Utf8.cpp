@@ -1,6 +1,8 @@
 #include "workbench/text/Utf8.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 namespace wb {
 
@@ -66,6 +68,15 @@ std::size_t utf8CharacterCount(std::string_view text) {
 
 std::size_t firstInvalidUtf8(std::string_view text) {
     for (std::size_t pos = 0; pos < text.size();) {
+        // Data files are mostly ASCII: eight bytes without a high bit are passed at once.
+        std::uint64_t word;
+        if (pos + sizeof word <= text.size()) {
+            std::memcpy(&word, text.data() + pos, sizeof word);
+            if ((word & 0x8080808080808080ull) == 0) {
+                pos += sizeof word;
+                continue;
+            }
+        }
         const int length = characterLength(text, pos);
         if (length <= 0)
             return pos;

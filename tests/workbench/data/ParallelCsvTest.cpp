@@ -1,0 +1,98 @@
+// A large CSV of plain numbers is read in stretches, one thread each. The file it gives and
+// every message must be those of reading its rows in order, which a quoted field forces
+// (a quote may hide a line break, so a file with one is never cut into stretches).
+
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "workbench/data/DataFileLoader.h"
+
+namespace {
+
+constexpr int Rows = 400000;  // about 9 MB: two stretches of more than 4 MB
+constexpr int LateRow = 300000;  // a row of the second stretch
+const std::string Dictionary = R"({"caseNames": "N", "variables": {"A": {"missingCode": -1}}})";
+
+// Rows "c<i>,<i>,<i/4>,<x>,NA" with x missing in every seventh row; `edit` may rewrite a row.
+std::string largeCsv(const std::function<void(int, std::string&)>& edit = {}) {
+    std::string text = "N,A,B,X,T\n";
+    std::string row;
+    for (int i = 0; i < Rows; ++i) {
+        row = "c" + std::to_string(i) + "," + std::to_string(i) + "," + std::to_string(i / 4.0) +
+              "," + (i % 7 == 0 ? std::string("NA") : std::to_string(i % 1000)) + ",NA";
+        if (edit)
+            edit(i, row);
+        text += row;
+        text += '\n';
+    }
+    return text;
+}
+
+// The same text read in order: the first name quoted.
+std::string inOrder(std::string text) {
+    const std::size_t name = text.find("c0,");
+    return text.replace(name, 2, "\"c0\"");
+}
+
+void expectSameFile(const wb::DataFile& a, const wb::DataFile& b) {
+    ASSERT_EQ(a.caseCount(), b.caseCount());
+    ASSERT_EQ(a.variableCount(), b.variableCount());
+    for (int v = 1; v <= a.variableCount(); ++v) {
+        EXPECT_EQ(a.variable(v).missingCode, b.variable(v).missingCode);
+        EXPECT_EQ(a.variable(v).labels, b.variable(v).labels);
+    }
+    for (int c = 1; c <= a.caseCount(); ++c) {
+        ASSERT_EQ(a.caseName(c), b.caseName(c)) << "case " << c;
+        for (int v = 1; v <= a.variableCount(); ++v)
+            ASSERT_EQ(a.value(c, v), b.value(c, v)) << "case " << c << " variable " << v;
+    }
+}
+
+struct Variant {
+    const char* what;
+    std::function<void(int, std::string&)> edit;
+    std::string message;  // empty when the file loads
+};
+
+TEST(ParallelCsvTest, GivesWhatReadingInOrderGives) {
+    const Variant variants[] = {
+        {"plain numbers", {}, ""},
+        {"a text late in a column of numbers",
+         [](int i, std::string& row) { if (i == LateRow) row = "c,1,2,high,NA"; },
+         "data.csv:300002:7: \"high\" in variable \"X\" is not a number, a label of the "
+         "variable or NA"},
+        {"a missing code written as a value",
+         [](int i, std::string& row) { if (i == LateRow) row = "c,-1,2,3,NA"; },
+         "data.csv:300002:3: \"-1\" in variable \"A\" is its missing code; leave the field "
+         "empty or write NA for a missing value"},
+        {"a short row late in the file",
+         [](int i, std::string& row) { if (i == LateRow) row = "c,1,2,3"; },
+         "data.csv:300002:8: row has 4 fields; the header has 5 fields"},
+        {"a column of texts that begin late",
+         [](int i, std::string& row) {
+             if (i >= LateRow)
+                 row.replace(row.size() - 2, 2, i % 2 == 0 ? "yes" : "no");
+         },
+         ""},
+    };
+    for (const Variant& variant : variants) {
+        SCOPED_TRACE(variant.what);
+        const std::string text = largeCsv(variant.edit);
+        if (!variant.message.empty()) {
+            for (const std::string& csv : {text, inOrder(text)}) {
+                try {
+                    wb::parseDataFile(csv, "data.csv", Dictionary);
+                    ADD_FAILURE() << "loaded without error";
+                } catch (const wb::DataError& error) {
+                    EXPECT_EQ(std::string(error.what()), variant.message);
+                }
+            }
+            continue;
+        }
+        expectSameFile(wb::parseDataFile(text, "data.csv", Dictionary),
+                       wb::parseDataFile(inOrder(text), "data.csv", Dictionary));
+    }
+}
+
+} // namespace
