@@ -33,7 +33,7 @@ constexpr std::size_t MaxCases = std::numeric_limits<int>::max() - 1;
 // Cases between two reports of progress.
 constexpr int ProgressCases = 1 << 16;
 // The least text of cases worth a thread of its own.
-constexpr std::size_t MinParallelBytes = 4 << 20;
+constexpr std::size_t MinParallelBytes = 1 << 20;
 // Stands for a missing value until the variable's missing code is known; no parsed value
 // is ever NaN.
 constexpr double Pending = std::numeric_limits<double>::quiet_NaN();

@@ -20,6 +20,17 @@ bool hasValue(const DataFile& file, int var, double value) {
     return std::isfinite(value) && !file.isMissing(var, value);
 }
 
+} // namespace
+
+double countedWeight(const DataFile& file, int caseNo, CaseWeights weights) {
+    double weight = file.caseWeight(caseNo);
+    if (weights == CaseWeights::Whole && weight > 0.0)
+        weight = std::floor(weight + 0.5);
+    return weight > 0.0 && std::isfinite(weight) ? weight : 0.0;
+}
+
+namespace {
+
 template <typename Call>
 std::vector<KeptCase> keepCases(const DataFile& file, CaseWeights weights, Call&& filterRejects) {
     std::vector<KeptCase> kept;
@@ -29,10 +40,8 @@ std::vector<KeptCase> keepCases(const DataFile& file, CaseWeights weights, Call&
     for (int caseNo = 1; caseNo <= file.caseCount(); ++caseNo) {
         if (!file.isSelected(caseNo))
             continue;
-        double weight = file.caseWeight(caseNo);
-        if (weights == CaseWeights::Whole && weight > 0.0)
-            weight = std::floor(weight + 0.5);
-        if (!(weight > 0.0) || !std::isfinite(weight))
+        const double weight = countedWeight(file, caseNo, weights);
+        if (weight == 0.0)
             continue;
         std::memcpy(values.data(), file.row(caseNo) + 1,
                     static_cast<std::size_t>(nVars) * sizeof(double));

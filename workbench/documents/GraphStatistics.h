@@ -29,6 +29,10 @@ namespace wb {
 // How the case weights count: as the file gives them, or rounded to whole numbers.
 enum class CaseWeights { AsGiven, Whole };
 
+// The weight a case counts with, 0 when it does not count: the file's weight, for Whole
+// rounded to a whole number, halves up.
+double countedWeight(const DataFile& file, int caseNo, CaseWeights weights);
+
 struct KeptCase {
     int caseNo = 0; // 1-based
     double weight = 0;

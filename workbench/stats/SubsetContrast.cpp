@@ -25,15 +25,13 @@ std::vector<LevelCase> parentLevelCases(const CDrillDown& analysis, const DataFi
         return text.empty() ? std::nullopt : std::optional(SelectionCondition(text, file));
     };
     const std::optional<SelectionCondition> subset = compiled(false), parent = compiled(true);
-    const bool whole = analysis.WM != 1;
+    const CaseWeights weights = analysis.WM == 1 ? CaseWeights::AsGiven : CaseWeights::Whole;
     std::vector<LevelCase> sides;
     for (int c = 1; c <= file.caseCount(); ++c) {
         const double* row = file.row(c);
         if (parent && !parent->matches(row, file))
             continue;
-        double weight = file.caseWeight(c);
-        if (whole)
-            weight = weight > 0 ? std::floor(weight + 0.5) : 0;
+        const double weight = countedWeight(file, c, weights);
         if (weight > 0)
             sides.push_back({c, weight, !subset || subset->matches(row, file)});
     }

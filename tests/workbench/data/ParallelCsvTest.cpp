@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr int Rows = 400000;  // about 9 MB: two stretches of more than 4 MB
-constexpr int LateRow = 300000;  // a row of the second stretch
+constexpr int Rows = 80000;    // about 2.3 MB: two stretches of more than 1 MB
+constexpr int LateRow = 60000;  // a row of the second stretch
 const std::string Dictionary = R"({"caseNames": "N", "variables": {"A": {"missingCode": -1}}})";
 
 // Rows "c<i>,<i>,<i/4>,<x>,NA" with x missing in every seventh row; `edit` may rewrite a row.
@@ -60,15 +60,15 @@ TEST(ParallelCsvTest, GivesWhatReadingInOrderGives) {
         {"plain numbers", {}, ""},
         {"a text late in a column of numbers",
          [](int i, std::string& row) { if (i == LateRow) row = "c,1,2,high,NA"; },
-         "data.csv:300002:7: \"high\" in variable \"X\" is not a number, a label of the "
+         "data.csv:60002:7: \"high\" in variable \"X\" is not a number, a label of the "
          "variable or NA"},
         {"a missing code written as a value",
          [](int i, std::string& row) { if (i == LateRow) row = "c,-1,2,3,NA"; },
-         "data.csv:300002:3: \"-1\" in variable \"A\" is its missing code; leave the field "
+         "data.csv:60002:3: \"-1\" in variable \"A\" is its missing code; leave the field "
          "empty or write NA for a missing value"},
         {"a short row late in the file",
          [](int i, std::string& row) { if (i == LateRow) row = "c,1,2,3"; },
-         "data.csv:300002:8: row has 4 fields; the header has 5 fields"},
+         "data.csv:60002:8: row has 4 fields; the header has 5 fields"},
         {"a column of texts that begin late",
          [](int i, std::string& row) {
              if (i >= LateRow)
