@@ -21,6 +21,7 @@
 #include "workbench/data/NativeFile.h"
 #include "workbench/data/ReadStatImport.h"
 #include "workbench/data/TextPosition.h"
+#include "workbench/data/WholeFile.h"
 #include "workbench/text/Utf8.h"
 
 namespace wb {
@@ -729,26 +730,6 @@ private:
     LoadProgress m_progress;
 };
 
-std::string readWholeFile(const std::string& path) {
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr)
-        throw DataError(path + ": cannot open the file: " + std::strerror(errno));
-    std::string text;
-    std::error_code sizeUnknown;
-    const auto size = std::filesystem::file_size(path, sizeUnknown);
-    if (!sizeUnknown)
-        text.reserve(size);
-    char buffer[1 << 16];
-    std::size_t count = 0;
-    while ((count = std::fread(buffer, 1, sizeof buffer, file)) > 0)
-        text.append(buffer, count);
-    const bool failed = std::ferror(file) != 0;
-    std::fclose(file);
-    if (failed)
-        throw DataError(path + ": cannot read the file");
-    return text;
-}
-
 } // namespace
 
 DataFile parseDataFile(std::string_view csvText, const std::string& csvName,
@@ -763,15 +744,15 @@ DataFile parseDataFile(std::string_view csvText, const std::string& csvName,
 DataFile loadDataFile(const std::string& path, const LoadProgress& progress) {
     if (isStatisticalFile(path))
         return importStatisticalFile(path);
-    const std::string csv = readWholeFile(path);
     // A native file is known by its magic number, whatever its name; it has no dictionary
     // beside it.
-    if (hasNativeMagic(csv))
-        return parseNativeFile(csv, path).data;
+    if (hasNativeMagic(readFileBytes(path, NativeMagic.size())))
+        return readNativeFile(path).data;
+    const std::string csv = readFileBytes(path);
     const std::string dictionaryPath = path + ".dict.json";
     std::optional<std::string> dictionary;
     if (std::filesystem::exists(dictionaryPath))
-        dictionary = readWholeFile(dictionaryPath);
+        dictionary = readFileBytes(dictionaryPath);
     std::optional<std::string_view> dictionaryText;
     if (dictionary)
         dictionaryText = *dictionary;

@@ -8,7 +8,8 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-
+#include <functional>
+#include <memory>
 
 namespace wb {
 
@@ -101,9 +102,17 @@ std::string labelValueFault(double value, const std::string& variable) {
 }
 
 // Reads a native file held in memory, field by field, checking each.
+// Hands out `count` bytes of the file from byte `offset` on, taken in order: a view of what is
+// in memory, or what was read from the file into `buffer`.
+using DataArea =
+    std::function<std::string_view(std::size_t offset, std::size_t count, std::string& buffer)>;
+
+// Reads a native file whose first bytes, the dictionary at least, are in `bytes`; the file
+// has `size` bytes, and the data area comes from `area`.
 class Parser {
 public:
-    Parser(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name) {}
+    Parser(std::string_view bytes, const std::string& name, std::uint64_t size, DataArea area)
+        : m_bytes(bytes), m_size(size), m_area(std::move(area)), m_name(name) {}
 
     NativeContents parse() {
         if (!hasNativeMagic(m_bytes))
@@ -149,7 +158,7 @@ public:
                                "; the dictionary ends at byte " + std::to_string(m_at));
         const std::uint64_t rowSize = width + DoubleBytes * variableCount;
         const std::uint64_t needed = rows * rowSize;
-        const std::uint64_t held = m_bytes.size() - m_at;
+        const std::uint64_t held = m_size - m_at;
         if (held != needed)
             fail(m_at, "the data area holds " + counted(held, "byte") + "; " +
                            counted(rows, "row") + " of " + counted(rowSize, "byte") + " need " +
@@ -214,22 +223,36 @@ private:
     }
 
     // Values are finite, as a CSV file's must be: a missing value is the missing code.
+    // Rows are taken a megabyte at a time, so that loading needs little more memory than
+    // the values it loads.
     void readRows(DataFile& file, std::uint32_t rows, std::uint32_t width) {
-        std::vector<double> values(std::size_t(file.variableCount()));
-        const char* at = m_bytes.data() + m_at;
-        for (std::uint32_t r = 0; r < rows; ++r) {
-            std::string caseName(unpadded(std::string_view(at, width)));
-            at += width;
-            for (std::size_t v = 0; v < values.size(); ++v) {
-                values[v] = getDouble(at);
-                if (!std::isfinite(values[v]))
-                    fail(std::size_t(at - m_bytes.data()),
-                         "case " + std::to_string(r + 1) + " has " + numberText(values[v]) +
-                             " in variable " + file.variable(int(v) + 1).name +
-                             ", which is not a finite number");
-                at += DoubleBytes;
+        const std::size_t variables = std::size_t(file.variableCount());
+        const std::size_t rowBytes = width + DoubleBytes * variables;
+        const std::size_t chunk = std::max<std::size_t>(1, (1 << 20) / std::max<std::size_t>(rowBytes, 1));
+        std::string buffer;
+        std::vector<double> values;
+        std::vector<std::string> names;
+        for (std::size_t first = 0; first < rows; first += chunk) {
+            const std::size_t count = std::min<std::size_t>(chunk, rows - first);
+            const std::string_view bytes = m_area(m_at + first * rowBytes, count * rowBytes, buffer);
+            values.assign(count * file.stride(), 0.0);
+            names.clear();
+            for (std::size_t r = 0; r < count; ++r) {
+                const char* at = bytes.data() + r * rowBytes;
+                if (width != 0)
+                    names.emplace_back(unpadded(std::string_view(at, width)));
+                double* row = values.data() + r * file.stride();
+                for (std::size_t v = 0; v < variables; ++v) {
+                    const char* cell = at + width + v * DoubleBytes;
+                    row[v + 1] = getDouble(cell);
+                    if (!std::isfinite(row[v + 1]))
+                        fail(m_at + (first + r) * rowBytes + std::size_t(cell - at),
+                             "case " + std::to_string(first + r + 1) + " has " +
+                                 numberText(row[v + 1]) + " in variable " +
+                                 file.variable(int(v) + 1).name + ", which is not a finite number");
+                }
             }
-            file.appendCase(values, std::move(caseName));
+            file.appendCases(values, int(count), std::move(names));
         }
     }
 
@@ -260,6 +283,8 @@ private:
     }
 
     std::string_view m_bytes;
+    std::uint64_t m_size;
+    DataArea m_area;
     const std::string& m_name;
     std::size_t m_at = 0;
 };
@@ -331,23 +356,56 @@ std::string encodeNativeDictionary(const NativeDictionary& d) {
 }
 
 NativeContents parseNativeFile(std::string_view bytes, const std::string& name) {
-    return Parser(bytes, name).parse();
+    return Parser(bytes, name, bytes.size(),
+                  [&](std::size_t offset, std::size_t count, std::string&) {
+                      return bytes.substr(offset, count);
+                  })
+        .parse();
 }
 
 NativeContents readNativeFile(const std::string& path) {
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr)
         throw DataError(path + ": cannot open the file: " + systemError());
-    std::string bytes;
-    char buffer[1 << 16];
-    std::size_t count = 0;
-    while ((count = std::fread(buffer, 1, sizeof buffer, file)) > 0)
-        bytes.append(buffer, count);
-    const bool failed = std::ferror(file) != 0;
-    std::fclose(file);
-    if (failed)
-        throw DataError(path + ": cannot read the file");
-    return parseNativeFile(bytes, path);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closing(file, std::fclose);
+    std::error_code error;
+    const std::uint64_t size = std::filesystem::file_size(path, error);
+    if (error)
+        throw DataError(path + ": cannot read the file: " + error.message());
+    // The fixed fields tell where the data area starts: everything before it is read first,
+    // the rows are then read in pieces as the parser takes them.
+    const auto readInto = [&](std::string& bytes, std::size_t count) {
+        const std::size_t had = bytes.size();
+        bytes.resize(had + count);
+        bytes.resize(had + std::fread(bytes.data() + had, 1, count, file));
+        if (std::ferror(file) != 0)
+            throw DataError(path + ": cannot read the file");
+    };
+    std::string dictionary;
+    readInto(dictionary, std::size_t(std::min<std::uint64_t>(size, NativeDataOffsetAt + 8)));
+    const std::uint64_t offset = dictionary.size() == NativeDataOffsetAt + 8
+                                     ? getLittleEndian(dictionary.data() + NativeDataOffsetAt, 8)
+                                     : size;
+    readInto(dictionary, std::size_t(std::min(offset, size) - dictionary.size()));
+    bool readingRows = false;
+    try {
+        return Parser(dictionary, path, size,
+                      [&](std::size_t, std::size_t count, std::string& buffer) {
+                          readingRows = true;
+                          buffer.clear();
+                          readInto(buffer, count);
+                          if (buffer.size() != count)
+                              throw DataError(path + ": the file ended while it was read");
+                          return std::string_view(buffer);
+                      })
+            .parse();
+    } catch (const DataError&) {
+        // A data offset that points into the dictionary cut it short: the whole file, as
+        // parseNativeFile reads it, says where the fault really lies.
+        if (readingRows || dictionary.size() == size)
+            throw;
+    }
+    return parseNativeFile(readFileBytes(path), path);
 }
 
 std::string nativeFileBytes(const DataFile& file, const std::vector<bool>& categorical) {

@@ -12,7 +12,7 @@
 //
 // To use it:
 //   1. writeNativeFile saves a DataFile; nativeFileBytes gives the same bytes in memory;
-//   2. readNativeFile loads one (loadDataFile does too: it knows the file by its magic
+//   2. readNativeFile loads one, the rows a piece at a time (loadDataFile does too: it knows the file by its magic
 //      number, whatever its name); parseNativeFile reads bytes in memory;
 //   3. a writer that makes the data area itself (the new-file service) encodes the
 //      dictionary with encodeNativeDictionary, writes the rows behind it, and when fewer
@@ -42,6 +42,8 @@ inline constexpr std::uint32_t NativeVersion = 1;
 inline constexpr std::size_t NativeHeaderTextBytes = 80;
 // Where the 32-bit row count lies, so that a writer can set it last.
 inline constexpr std::size_t NativeRowCountOffset = 96;
+// Where the 64-bit offset of the data area lies, the last of the fixed fields.
+inline constexpr std::size_t NativeDataOffsetAt = 108;
 // The module counts variables and case-name bytes in 16-bit signed fields.
 inline constexpr int NativeMaxVariables = 32767;
 inline constexpr int NativeMaxCaseNameWidth = 32767;

@@ -1,13 +1,37 @@
 #include "workbench/data/WholeFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
 
+#include "workbench/data/DataFile.h"
+
 #include <unistd.h>
 
 namespace wb {
+
+std::string readFileBytes(const std::string& path, std::size_t limit) {
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr)
+        throw DataError(path + ": cannot open the file: " + std::strerror(errno));
+    std::string text;
+    std::error_code sizeUnknown;
+    const auto size = std::filesystem::file_size(path, sizeUnknown);
+    if (!sizeUnknown)
+        text.reserve(std::min<std::uintmax_t>(size, limit));
+    char buffer[1 << 16];
+    std::size_t count = 0;
+    while (text.size() < limit &&
+           (count = std::fread(buffer, 1, std::min(sizeof buffer, limit - text.size()), file)) > 0)
+        text.append(buffer, count);
+    const bool failed = std::ferror(file) != 0;
+    std::fclose(file);
+    if (failed)
+        throw DataError(path + ": cannot read the file");
+    return text;
+}
 
 namespace {
 

@@ -4,12 +4,14 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <limits>
 
 #include <gtest/gtest.h>
 
 #include "workbench/data/DataFileLoader.h"
 #include "workbench/data/NativeFile.h"
+#include "workbench/data/WholeFile.h"
 #include "support/TempDir.h"
 
 namespace {
@@ -69,12 +71,17 @@ TEST(NativeFileTest, RoundTrips) {
         const DataFile& file;
         std::vector<bool> categorical;
     };
+    DataFile many; // rows read in several pieces
+    many.addVariable({"X", "", -9, {}, DisplayFormat::Plain});
+    for (int c = 0; c < 300000; ++c)
+        many.appendCase({c * 0.5});
     const DataFile survey = surveyFile();
     const Case cases[] = {
         {"accents, long labels, formats, case names, weight, selection",
          survey,
          {true, false, false, true}},
         {"no case names, no rows", bare, {false}},
+        {"300,000 rows", many, {false}},
     };
     const wb::testing::TempDir dir;
     for (const Case& c : cases) {
@@ -82,6 +89,7 @@ TEST(NativeFileTest, RoundTrips) {
         const std::string path = dir.path("subset.dat"); // known by its magic number
         wb::writeNativeFile(c.file, path, c.categorical);
         expectSameFile(wb::loadDataFile(path), c.file);
+        expectSameFile(wb::parseNativeFile(wb::readFileBytes(path), path).data, c.file);
         EXPECT_EQ(wb::readNativeFile(path).categorical, c.categorical);
     }
 }
@@ -144,6 +152,8 @@ TEST(NativeFileTest, RefusesMalformedFiles) {
         {"weight beyond the variables", patched(104, le32(2)), "byte 104: weight variable 2 does not exist; the file has 1 variable"},
         {"data offset elsewhere", patched(108, le64(200)),
          "byte 108: the data area is said to start at byte 200; the dictionary ends at byte 190"},
+        {"data offset inside the dictionary", patched(108, le64(150)),
+         "byte 108: the data area is said to start at byte 150; the dictionary ends at byte 190"},
         {"selection of an unknown variable", patched(120, "AGX"), "byte 116: selection condition: unknown variable \"AGX\" at column 1"},
         {"empty short name", patched(127, le32(0)), "byte 127: variable 1 has no short name"},
         {"missing code not a number", patched(142, bits(nan)), "byte 142: the missing code of variable AGE is not a finite number"},
@@ -156,13 +166,22 @@ TEST(NativeFileTest, RefusesMalformedFiles) {
         {"a byte too many", good + "x", "byte 190: the data area holds 23 bytes; 2 rows of 11 bytes need 22"},
     };
     // clang-format on
+    // In memory, and from a file whose rows are read a piece at a time.
+    const wb::testing::TempDir dir;
+    const std::string path = dir.path("f.ddf");
     for (const Case& c : cases) {
         SCOPED_TRACE(c.comment);
-        try {
-            wb::parseNativeFile(c.bytes, "f.ddf");
-            ADD_FAILURE() << "read without error";
-        } catch (const wb::DataError& error) {
-            EXPECT_EQ(std::string(error.what()), "f.ddf: " + c.message);
+        ASSERT_TRUE(wb::writeWholeFile(path, c.bytes).empty());
+        for (const auto& [name, read] :
+             {std::pair<std::string, std::function<void()>>{
+                  "f.ddf", [&] { wb::parseNativeFile(c.bytes, "f.ddf"); }},
+              {path, [&] { wb::readNativeFile(path); }}}) {
+            try {
+                read();
+                ADD_FAILURE() << "read without error";
+            } catch (const wb::DataError& error) {
+                EXPECT_EQ(std::string(error.what()), name + ": " + c.message);
+            }
         }
     }
 }
