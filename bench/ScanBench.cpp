@@ -178,31 +178,20 @@ void FloorCopy(benchmark::State& state) {
     setCounters(state, cases);
 }
 
-void ReadDDNV(benchmark::State& state) {
+// A scan, with the cases split as on this machine or in one part, which shows the speed-up
+// of the cores. The selection scans run after two drill steps.
+template <int (CDrillDown::*Scan)(unsigned short), bool AfterSteps, bool OnePart>
+void RunScan(benchmark::State& state) {
     const int cases = static_cast<int>(state.range(0));
     Workload& load = workload(cases);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(load.analysis().ReadDDNV(0));
-    setCounters(state, cases);
-}
-
-void ReadAfterDrill(benchmark::State& state) {
-    const int cases = static_cast<int>(state.range(0));
-    Workload& load = workload(cases);
-    if (load.analysis().GetDrillUpsSize() == 0)
+    if (AfterSteps && load.analysis().GetDrillUpsSize() == 0)
         load.drillTwice();
+    const ScanSplit split = load.analysis().Split;
+    if (OnePart)
+        load.analysis().Split = ScanSplit{1, split.MinCases};
     for (auto _ : state)
-        benchmark::DoNotOptimize(load.analysis().ReadAfterDrill(0));
-    setCounters(state, cases);
-}
-
-void ReadBeforeDrill(benchmark::State& state) {
-    const int cases = static_cast<int>(state.range(0));
-    Workload& load = workload(cases);
-    if (load.analysis().GetDrillUpsSize() == 0)
-        load.drillTwice();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(load.analysis().ReadBeforeDrill(0));
+        benchmark::DoNotOptimize((load.analysis().*Scan)(0));
+    load.analysis().Split = split;
     setCounters(state, cases);
 }
 
@@ -318,7 +307,12 @@ void registerBenchmarks() {
         {"Floor.Copy", FloorCopy},
         {"Floor.SumIntegers8AllCores", FloorSumAllCores}};
     const std::pair<const char*, Benchmark> scans[] = {
-        {"ReadDDNV", ReadDDNV}, {"ReadAfterDrill", ReadAfterDrill}, {"ReadBeforeDrill", ReadBeforeDrill}};
+        {"ReadDDNV", RunScan<&CDrillDown::ReadDDNV, false, false>},
+        {"ReadDDNV.OneThread", RunScan<&CDrillDown::ReadDDNV, false, true>},
+        {"ReadAfterDrill", RunScan<&CDrillDown::ReadAfterDrill, true, false>},
+        {"ReadAfterDrill.OneThread", RunScan<&CDrillDown::ReadAfterDrill, true, true>},
+        {"ReadBeforeDrill", RunScan<&CDrillDown::ReadBeforeDrill, true, false>},
+        {"ReadBeforeDrill.OneThread", RunScan<&CDrillDown::ReadBeforeDrill, true, true>}};
     // At ten million cases, the steps of a session one by one.
     const std::pair<const char*, Benchmark> steps[] = {{"LoadNative", LoadNative},
                                                        {"ChooseVariables", ChooseVariables},
@@ -382,7 +376,7 @@ private:
     static const char* targetOf(const std::string& scan) {
         if (scan == "LoadCsv")
             return "250 ms";
-        if (scan == "DumpEndToEnd")
+        if (scan == "DumpEndToEnd" || scan.ends_with(".OneThread"))
             return "-";
         return scan == "ReadDDNV" ? "3" : "2";
     }
