@@ -154,6 +154,17 @@ TEST_F(ScanParts, TheFileIsWhatItsCommentsSay) {
     EXPECT_EQ(uppers(JoinChain), (std::vector<double>{1, 1 + 1.6e-12, 2}));
     EXPECT_EQ(uppers(NearChain), (std::vector<double>{1, 1 + 1.5e-12, 2}));
 }
+TEST_F(ScanParts, TheUserIsAskedOncePerCaseAsInOnePass) {
+    for (const int parts : {1, 3}) {
+        SCOPED_TRACE(parts);
+        open(partedFile());
+        analysis->Split = ScanSplit{parts, 1000};
+        const unsigned long before = progress.lookbrCalls();
+        ASSERT_EQ(analysis->ReadBeforeDrill(0), 1);
+        EXPECT_EQ(progress.lookbrCalls() - before, unsigned(Cases));
+    }
+}
+
 TEST_F(ScanParts, ABreakEndsTheScanWhereverItComes) {
     // Calls up to the first part's 1,000 cases come while it reads; the others after all
     // parts are read, once for each case they delivered.
