@@ -351,6 +351,8 @@ private:
     std::string DisplayName(short variable, char* buffer);
     struct VariableSide;
     struct SaveStorage;
+    // How many parts a scan of the open file is split into.
+    int ScanPartCount() const { return Split.PartsFor(ModuleBlocks().Vmk.NCases); }
     // The selection scans with their cases split into `parts`.
     int ReadAfterDrillInParts(int parts);
     int ReadBeforeDrillInParts(int parts);

@@ -127,10 +127,6 @@ private:
 
 } // namespace scan_detail
 
-inline int ScanSplit::PartsFor(int cases) const {
-    return std::clamp(cases / std::max(MinCases, 1), 1, std::max(MaxParts, 1));
-}
-
 template <typename VisitBlock> LoopEnd CDrillDown::RunCaseLoop(VisitBlock&& visit) {
     return RunPartedLoop(1, [&](int, const CaseBlock& block) { visit(block); });
 }

@@ -10,6 +10,10 @@ ScanSplit ScanSplit::ForThisMachine() {
     return ScanSplit{static_cast<int>(std::max(1u, std::thread::hardware_concurrency())), 100000};
 }
 
+int ScanSplit::PartsFor(int cases) const {
+    return std::clamp(cases / std::max(MinCases, 1), 1, std::max(MaxParts, 1));
+}
+
 namespace {
 
 // Values that may lie within the tolerance of a third one, so that the tolerant comparison

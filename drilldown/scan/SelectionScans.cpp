@@ -96,7 +96,7 @@ std::vector<Drill*> CDrillDown::ScanSlots() {
 }
 
 int CDrillDown::ReadAfterDrill(unsigned short) {
-    return ReadAfterDrillInParts(Split.PartsFor(ModuleBlocks().Vmk.NCases));
+    return ReadAfterDrillInParts(ScanPartCount());
 }
 
 int CDrillDown::ReadAfterDrillInParts(int parts) {
@@ -180,7 +180,7 @@ int CDrillDown::ReadAfterDrillInParts(int parts) {
 }
 
 int CDrillDown::ReadBeforeDrill(unsigned short) {
-    return ReadBeforeDrillInParts(Split.PartsFor(ModuleBlocks().Vmk.NCases));
+    return ReadBeforeDrillInParts(ScanPartCount());
 }
 
 int CDrillDown::ReadBeforeDrillInParts(int parts) {

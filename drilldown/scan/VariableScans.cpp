@@ -44,7 +44,7 @@ int CDrillDown::ReadDDNV(unsigned short) {
     ValidVar = 0;
     const VariableSide side{Categorical, NoCategorical, Continuous, NoContinuous,
                             DrillDowns.get(), MD, true, false};
-    const LoopEnd end = ReadVariables(side, Split.PartsFor(ModuleBlocks().Vmk.NCases));
+    const LoopEnd end = ReadVariables(side, ScanPartCount());
     // Breaking off is the one way to lose the records: they would hold half a pass.
     if (end == LoopEnd::BrokenOff)
         DrillDowns->clear();
@@ -57,7 +57,7 @@ int CDrillDown::ReadDDNV(unsigned short) {
 int CDrillDown::ReadRVV(unsigned short) {
     const VariableSide side{RVCategorical, NoRVCategorical, RVContinuous, NoRVContinuous,
                             Reviews.get(), RVMD, false, true};
-    if (ReadVariables(side, Split.PartsFor(ModuleBlocks().Vmk.NCases)) != LoopEnd::Completed)
+    if (ReadVariables(side, ScanPartCount()) != LoopEnd::Completed)
         return 0;
     SetReviewsIntervals();
     return 1;
