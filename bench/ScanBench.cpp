@@ -195,24 +195,6 @@ void RunScan(benchmark::State& state) {
     setCounters(state, cases);
 }
 
-void LoadCsv(benchmark::State& state) {
-    const int cases = static_cast<int>(state.range(0));
-    std::ostringstream csv;
-    const wb::DataFile& file = workload(cases).file();
-    for (int v = 1; v <= file.variableCount(); ++v)
-        csv << (v > 1 ? "," : "") << file.variable(v).name;
-    csv << '\n';
-    for (int c = 1; c <= cases; ++c) {
-        for (int v = 1; v <= file.variableCount(); ++v)
-            csv << (v > 1 ? "," : "") << file.value(c, v);
-        csv << '\n';
-    }
-    const std::string text = csv.str();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(wb::parseDataFile(text, "bench.csv").caseCount());
-    setCounters(state, cases);
-}
-
 // The workload's file as a native file in the temporary folder, written once per size.
 std::string nativeFileOf(int cases) {
     const std::string path = (std::filesystem::temp_directory_path() /
@@ -232,22 +214,49 @@ std::size_t memoryLine(const char* key) {
 }
 void resetPeakMemory() { std::ofstream("/proc/self/clear_refs") << "5"; }
 
-// Memory a load takes at its peak, as a multiple of the values it loads.
-double loadMemoryRatio = 0;
+// The workload's file as CSV in the temporary folder, written once per size.
+std::string csvFileOf(int cases) {
+    const std::string path = (std::filesystem::temp_directory_path() /
+                              ("scan-bench-" + std::to_string(cases) + ".csv")).string();
+    if (std::filesystem::exists(path))
+        return path;
+    std::ofstream csv(path);
+    const wb::DataFile& file = workload(cases).file();
+    for (int v = 1; v <= file.variableCount(); ++v)
+        csv << (v > 1 ? "," : "") << file.variable(v).name;
+    csv << '\n';
+    for (int c = 1; c <= cases; ++c) {
+        for (int v = 1; v <= file.variableCount(); ++v)
+            csv << (v > 1 ? "," : "") << file.value(c, v);
+        csv << '\n';
+    }
+    return path;
+}
 
-void LoadNative(benchmark::State& state) {
+// Memory each load took at its peak, as a multiple of the values it loads.
+std::map<std::string, double> loadMemoryRatios;
+
+// Loads the file at `path`, timing it and noting its peak memory under `name`.
+void measureLoad(benchmark::State& state, const char* name, const std::string& path) {
     const int cases = static_cast<int>(state.range(0));
-    const std::string path = nativeFileOf(cases);
     const double bytes = double(workload(cases).file().caseCount()) *
                          double(workload(cases).file().stride()) * sizeof(double);
     for (auto _ : state) {
         const std::size_t before = memoryLine("VmRSS:");
         resetPeakMemory();
         const wb::DataFile file = wb::loadDataFile(path);
-        loadMemoryRatio = double(memoryLine("VmHWM:") - before) / bytes;
+        loadMemoryRatios[name] = double(memoryLine("VmHWM:") - before) / bytes;
         benchmark::DoNotOptimize(file.caseCount());
     }
     setCounters(state, cases);
+}
+
+void LoadNative(benchmark::State& state) {
+    measureLoad(state, "LoadNative", nativeFileOf(int(state.range(0))));
+}
+
+void LoadCsv(benchmark::State& state) {
+    measureLoad(state, "LoadCsv", csvFileOf(int(state.range(0))));
 }
 
 // The steps of a session, each timed alone; what puts the analysis back is not timed.
@@ -365,9 +374,10 @@ public:
             std::printf("%-40s %10.2f %8.2f %8s\n", name.c_str(), time,
                         time / floor->second.second, targetOf(scan));
         }
-        if (loadMemoryRatio > 0)
-            std::printf("\nLoadNative's peak memory: %.2f x the values it loads (target 1.2)\n",
-                        loadMemoryRatio);
+        for (const auto& [load, ratio] : loadMemoryRatios)
+            std::printf("\n%s's peak memory: %.2f x the values it loads (target 1.2)", load.c_str(),
+                        ratio);
+        std::printf("\n");
     }
 
 private:

@@ -69,14 +69,20 @@ void DataFile::appendCase(const std::vector<double>& values, std::string caseNam
     countCase(std::move(caseName));
 }
 
-void DataFile::appendCases(const std::vector<double>& rows, int count,
-                           std::vector<std::string> names) {
-    if (rows.size() != std::size_t(count) * stride() ||
-        (!names.empty() && names.size() != std::size_t(count)))
-        throw std::invalid_argument("DataFile::appendCases: rows and names do not match");
+double* DataFile::roomForCases(int count) {
     if (count > INT_MAX - m_caseCount)
-        throw std::length_error("DataFile::appendCases: too many cases");
-    m_values.insert(m_values.end(), rows.begin(), rows.end());
+        throw std::length_error("DataFile::roomForCases: too many cases");
+    m_values.resize((std::size_t(m_caseCount) + 1 + std::size_t(count)) * stride());
+    return &m_values[(std::size_t(m_caseCount) + 1) * stride()];
+}
+
+void DataFile::commitCases(int count, std::vector<std::string> names) {
+    const std::size_t rows = std::size_t(m_caseCount) + 1 + std::size_t(count);
+    if (count < 0 || rows * stride() > m_values.size() ||
+        (!names.empty() && names.size() != std::size_t(count)))
+        throw std::invalid_argument("DataFile::commitCases: more cases than room, or names "
+                                    "that do not match");
+    m_values.resize(rows * stride());
     for (int c = 0; c < count; ++c)
         countCase(names.empty() ? std::string() : std::move(names[std::size_t(c)]));
 }

@@ -71,9 +71,12 @@ public:
     int addVariable(Variable variable);
     // Appends one case; `values` holds one value per variable, in variable order.
     void appendCase(const std::vector<double>& values, std::string caseName = {});
-    // Appends `count` cases laid out as row() gives them (a slot before each case's values),
-    // with their names, or no names at all.
-    void appendCases(const std::vector<double>& rows, int count, std::vector<std::string> names);
+    // Makes room for `count` more cases and gives their rows, laid out as row() gives them (a
+    // slot before each case's values), for a reader to fill in place: memory is taken only as
+    // the rows are written, and their values are undefined until then. `commitCases` must
+    // follow; it counts the first `count` of them, with their names or no names at all.
+    double* roomForCases(int count);
+    void commitCases(int count, std::vector<std::string> names);
     // Makes room for `count` cases in all, so that appending them does not reallocate.
     void reserveCases(int count);
 
@@ -121,8 +124,22 @@ private:
     std::string m_path;
     std::vector<Variable> m_variables;
     int m_caseCount = 0;
+    // Leaves the values of new rows uninitialised, so that room made for cases takes no
+    // memory before a reader writes them.
+    template <typename T> struct UninitialisedAllocator : std::allocator<T> {
+        template <typename U> struct rebind {
+            using other = UninitialisedAllocator<U>;
+        };
+        template <typename U, typename... Args> void construct(U* at, Args&&... args) {
+            if constexpr (sizeof...(Args) == 0)
+                ::new (static_cast<void*>(at)) U;
+            else
+                ::new (static_cast<void*>(at)) U(std::forward<Args>(args)...);
+        }
+    };
+
     // Row 0 is a dummy so that rows are 1-based; each row has stride() doubles.
-    std::vector<double> m_values;
+    std::vector<double, UninitialisedAllocator<double>> m_values;
     std::vector<std::string> m_caseNames;
     int m_caseNameWidth = 0;
     std::string m_headerText;

@@ -1,6 +1,7 @@
 #include "workbench/data/DataFileLoader.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
@@ -8,10 +9,12 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <thread>
 #include <unordered_map>
+#include <utility>
 
 #include "drilldown/host/RealNumbers.h"
 #include "workbench/data/CsvDialect.h"
@@ -159,15 +162,19 @@ std::optional<Dictionary> dictionaryOf(std::optional<std::string_view> text,
 
 class Loader {
 public:
+    // `source`, when given, is the mapped file that `csvText` is the text of.
     Loader(std::string_view csvText, const std::string& csvName,
-           std::optional<std::string_view> dictionaryText)
-        : m_dictionary(dictionaryOf(dictionaryText, csvName)),
+           std::optional<std::string_view> dictionaryText, const FileText* source = nullptr)
+        : m_source(source), m_dictionary(dictionaryOf(dictionaryText, csvName)),
           m_original(withoutByteOrderMark(csvText)), m_dialect(chosenDialect()),
           m_converted(m_dialect.encoding == TextEncoding::Utf8
                           ? std::string()
                           : toUtf8(m_original, m_dialect.encoding)),
           m_csv(m_converted.empty() ? m_original : m_converted, csvName, m_dialect.separator) {
         checkText();
+        // The checks read it all; what is read next comes back page by page.
+        if (m_source != nullptr)
+            m_source->release(m_original.data(), m_original.data() + m_original.size());
     }
 
     DataFile load(const std::string& path, const LoadProgress& progress = {}) {
@@ -441,32 +448,89 @@ private:
     }
 
     void readCases() {
-        // Read in order, a case takes a line and a byte for each of its fields at least: so many line
-        // breaks, or so many cases as the text can hold, whichever is fewer, and never more
-        // than the text can hold (a million empty lines are not a million cases).
         if (readPlainCasesInParallel())
             return;
+        // Room for as many cases as the text can hold: a million empty lines are not a
+        // million cases.
         const std::string_view text = m_csv.text();
-        const auto lines = std::size_t(std::count(text.begin(), text.end(), '\n'));
-        const std::size_t fit = text.size() / std::max<std::size_t>(1, m_columns.size());
-        m_file.reserveCases(int(std::min<std::size_t>({lines, fit, MaxCases})));
+        m_file.reserveCases(int(std::min(rowsAtMost(text), MaxCases)));
+        releaseText(0, text.size());
         readCasesInOrder();
     }
 
+    // A row takes a line, ended by LF, CR or both, and a byte for each field but the last.
+    std::size_t rowsAtMost(std::string_view text) const {
+        const auto lineBreaks = std::size_t(std::count_if(
+            text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }));
+        return std::min(lineBreaks, text.size() / std::max<std::size_t>(1, m_columns.size())) + 1;
+    }
+
+    // Lets go of the pages of a mapped file's text between two offsets, once read; a message
+    // that needs them again brings them back.
+    void releaseText(std::size_t begin, std::size_t end) const {
+        if (m_source != nullptr)
+            m_source->release(m_csv.text().data() + begin, m_csv.text().data() + end);
+    }
+
+    // What a stretch of plain rows holds.
+    struct PlainRows {
+        std::size_t begin = 0; // of its text in the file's
+        std::string_view text;
+        std::size_t room = 0;    // rows it may hold
+        double* rows = nullptr;  // where they go, laid out as DataFile::row gives them
+        int count = 0;
+        std::vector<std::string> caseNames;  // when the file has them
+        std::vector<char> sawNumber, sawMissing;  // per column
+    };
+
     // Rows of plain numbers, the common large file, are read in stretches of lines, one
-    // thread each. Anything else in a stretch (a text, a missing code written as a value, a
-    // row of another length, a malformed field) gives up the attempt and leaves the file as
-    // it was: the rows are then read in order, where every case gets its exact message.
-    // False when the attempt was given up or not worth making.
+    // thread each, straight into the file's rows. Anything else in a stretch (a text, a
+    // missing code written as a value, a row of another length, a malformed field) gives up
+    // the attempt and leaves the file without cases: the rows are then read in order, where
+    // every case gets its exact message. False when the attempt was given up or not worth
+    // making.
     bool readPlainCasesInParallel() {
+        std::vector<PlainRows> stretches = plainStretches();
+        if (stretches.size() < 2)
+            return false;
+        inEachStretch(stretches, [&](PlainRows& stretch, bool) {
+            stretch.room = rowsAtMost(stretch.text);
+            releaseText(stretch.begin, stretch.begin + stretch.text.size());
+        });
+        std::size_t room = 0;
+        for (const PlainRows& stretch : stretches)
+            room += stretch.room;
+        if (room > MaxCases)
+            return false;
+        double* const rows = m_file.roomForCases(int(room));
+        double* next = rows;
+        for (PlainRows& stretch : stretches) {
+            stretch.rows = next;
+            next += stretch.room * m_file.stride();
+        }
+        std::atomic<bool> givenUp = false;
+        inEachStretch(stretches, [&](PlainRows& stretch, bool first) {
+            readPlainRows(stretch, first, givenUp);
+        });
+        if (givenUp) {
+            m_file.commitCases(0, {});
+            return false;
+        }
+        commitStretches(stretches, rows);
+        m_csv.skipTo(m_csv.text().size());
+        return true;
+    }
+
+    // The text of the cases cut at line breaks into a stretch per thread; none when the file
+    // is too small to be worth it, or has quotes, which may hold line breaks.
+    std::vector<PlainRows> plainStretches() const {
         const std::string_view text = m_csv.text();
         const std::size_t start = m_csv.position();
         const std::size_t parts =
             std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()),
                                   (text.size() - start) / MinParallelBytes);
-        // Without quotes a line break always ends a row, so the stretches can be cut there.
         if (parts < 2 || text.find('"', start) != std::string_view::npos)
-            return false;
+            return {};
         std::vector<std::size_t> cuts{start};
         for (std::size_t k = 1; k < parts; ++k) {
             const std::size_t lineEnd = text.find('\n', start + (text.size() - start) * k / parts);
@@ -476,66 +540,56 @@ private:
         }
         cuts.push_back(text.size());
         std::vector<PlainRows> stretches(cuts.size() - 1);
-        {
-            std::vector<std::jthread> threads;
-            for (std::size_t k = 1; k < stretches.size(); ++k)
-                threads.emplace_back([&, k] {
-                    readPlainRows(text.substr(cuts[k], cuts[k + 1] - cuts[k]), stretches[k], false);
-                });
-            readPlainRows(text.substr(cuts[0], cuts[1] - cuts[0]), stretches[0], true);
+        for (std::size_t k = 0; k < stretches.size(); ++k) {
+            stretches[k].begin = cuts[k];
+            stretches[k].text = text.substr(cuts[k], cuts[k + 1] - cuts[k]);
+            stretches[k].sawNumber.assign(m_columns.size(), 0);
+            stretches[k].sawMissing.assign(m_columns.size(), 0);
         }
-        std::size_t cases = 0;
-        for (const PlainRows& rows : stretches) {
-            if (!rows.plain)
-                return false;
-            cases += std::size_t(rows.count);
-        }
-        if (cases > MaxCases)
-            return false;
-        m_file.reserveCases(int(cases));
-        for (PlainRows& rows : stretches)
-            takeRows(rows);
-        m_csv.skipTo(text.size());
-        return true;
+        return stretches;
     }
 
-    // What a stretch of plain rows holds.
-    struct PlainRows {
-        std::vector<double> rows;  // each case as DataFile::row lays it out
-        int count = 0;
-        std::vector<std::string> caseNames;  // when the file has them
-        std::vector<char> sawNumber, sawMissing;  // per column
-        bool plain = true;
-    };
+    // Runs `read` on each stretch, one thread each; the first stretch on this thread.
+    template <typename Read> static void inEachStretch(std::vector<PlainRows>& stretches, Read read) {
+        std::vector<std::jthread> threads;
+        for (std::size_t k = 1; k < stretches.size(); ++k)
+            threads.emplace_back([&, k] { read(stretches[k], false); });
+        read(stretches[0], true);
+    }
 
-    void readPlainRows(std::string_view stretch, PlainRows& rows, bool reportProgress) const {
+    void readPlainRows(PlainRows& rows, bool reportProgress, std::atomic<bool>& givenUp) const {
         try {
-            rows.sawNumber.assign(m_columns.size(), 0);
-            rows.sawMissing.assign(m_columns.size(), 0);
             const std::size_t stride = m_file.stride();
             const bool named = hasCaseNameColumn();
-            rows.rows.reserve(stride * std::size_t(std::count(stretch.begin(), stretch.end(), '\n') + 1));
-            CsvReader csv(stretch, std::string(), m_dialect.separator);
+            CsvReader csv(rows.text, std::string(), m_dialect.separator);
+            std::size_t released = 0;
             std::string buffer;
             CsvReader::Field field;
-            while (rows.plain && csv.startRow()) {
-                const std::size_t first = rows.rows.size();
-                rows.rows.resize(first + stride, 0.0);
+            bool plain = true;
+            while (plain && csv.startRow()) {
+                double* const row = rows.rows + std::size_t(rows.count) * stride;
+                row[0] = 0.0;
                 if (named)
                     rows.caseNames.emplace_back();
                 std::size_t count = 0;
-                for (bool more = true; more && rows.plain; ++count) {
+                for (bool more = true; more && plain; ++count) {
                     more = csv.readField(field);
-                    rows.plain = count < m_columns.size() &&
-                                 plainField(count, field.text, rows, &rows.rows[first], buffer);
+                    plain = count < m_columns.size() &&
+                            plainField(count, field.text, rows, row, buffer);
                 }
-                rows.plain = rows.plain && count == m_columns.size();
-                ++rows.count;
-                if (reportProgress && m_progress && rows.count % ProgressCases == 0)
-                    m_progress(double(csv.position()) / double(stretch.size()));
+                plain = plain && count == m_columns.size();
+                if (++rows.count % ProgressCases != 0)
+                    continue;
+                plain = plain && !givenUp;
+                releaseText(rows.begin + std::exchange(released, csv.position()),
+                            rows.begin + csv.position());
+                if (reportProgress && m_progress)
+                    m_progress(double(csv.position()) / double(rows.text.size()));
             }
+            if (!plain)
+                givenUp = true;
         } catch (const std::exception&) {
-            rows.plain = false;
+            givenUp = true;
         }
     }
 
@@ -563,22 +617,31 @@ private:
                !(column.hasGivenMissing && RealEqual(value, column.givenMissing));
     }
 
-    // Each stretch's values are let go as soon as the file has them: with two stretches the
-    // values are held one and a half times over at most, not twice.
-    void takeRows(PlainRows& rows) {
-        m_file.appendCases(rows.rows, rows.count, std::move(rows.caseNames));
-        rows.rows = {};
-        for (std::size_t index = 0; index < m_columns.size(); ++index) {
-            m_columns[index].sawNumber = m_columns[index].sawNumber || rows.sawNumber[index];
-            m_columns[index].sawMissing = m_columns[index].sawMissing || rows.sawMissing[index];
+    // Closes the gaps that empty lines left between the stretches' rows and counts the cases.
+    void commitStretches(std::vector<PlainRows>& stretches, double* rows) {
+        const std::size_t stride = m_file.stride();
+        std::size_t cases = 0;
+        std::vector<std::string> names;
+        for (PlainRows& stretch : stretches) {
+            std::memmove(rows + cases * stride, stretch.rows,
+                         std::size_t(stretch.count) * stride * sizeof(double));
+            cases += std::size_t(stretch.count);
+            std::move(stretch.caseNames.begin(), stretch.caseNames.end(), std::back_inserter(names));
+            for (std::size_t index = 0; index < m_columns.size(); ++index) {
+                m_columns[index].sawNumber = m_columns[index].sawNumber || stretch.sawNumber[index];
+                m_columns[index].sawMissing = m_columns[index].sawMissing || stretch.sawMissing[index];
+            }
         }
+        m_file.commitCases(int(cases), std::move(names));
     }
 
     void readCasesInOrder() {
         const std::string_view text = m_csv.text();
         std::vector<double> values(std::size_t(m_file.variableCount()));
+        std::size_t released = 0;
         CsvReader::Field field;
         while (m_csv.startRow()) {
+            const std::size_t rowStart = m_csv.position();
             std::string caseName;
             std::size_t count = 0;
             std::size_t extraOffset = 0;
@@ -601,7 +664,10 @@ private:
                            "row has " + fieldCount(count) + "; the header has " +
                                fieldCount(m_columns.size()));
             m_file.appendCase(values, std::move(caseName));
-            if (m_progress && m_file.caseCount() % ProgressCases == 0)
+            if (m_file.caseCount() % ProgressCases != 0)
+                continue;
+            releaseText(std::exchange(released, rowStart), rowStart);
+            if (m_progress)
                 m_progress(double(m_csv.position()) / double(text.size()));
         }
     }
@@ -722,6 +788,7 @@ private:
                                        " is the code of its text " + inQuotes(text));
     }
 
+    const FileText* m_source;
     std::optional<Dictionary> m_dictionary;
     std::string_view m_original;
     CsvDialect m_dialect;
@@ -751,7 +818,7 @@ DataFile loadDataFile(const std::string& path, const LoadProgress& progress) {
     // beside it.
     if (hasNativeMagic(readFileBytes(path, NativeMagic.size())))
         return readNativeFile(path).data;
-    const std::string csv = readFileBytes(path);
+    const FileText csv(path);
     const std::string dictionaryPath = path + ".dict.json";
     std::optional<std::string> dictionary;
     if (std::filesystem::exists(dictionaryPath))
@@ -760,7 +827,7 @@ DataFile loadDataFile(const std::string& path, const LoadProgress& progress) {
     if (dictionary)
         dictionaryText = *dictionary;
     try {
-        return Loader(csv, path, dictionaryText).load(path, progress);
+        return Loader(csv.text(), path, dictionaryText, &csv).load(path, progress);
     } catch (const std::bad_alloc&) {
         throw DataError(path + ": there is not enough memory to load the file");
     }

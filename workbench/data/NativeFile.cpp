@@ -230,18 +230,18 @@ private:
         const std::size_t rowBytes = width + DoubleBytes * variables;
         const std::size_t chunk = std::max<std::size_t>(1, (1 << 20) / std::max<std::size_t>(rowBytes, 1));
         std::string buffer;
-        std::vector<double> values;
         std::vector<std::string> names;
         for (std::size_t first = 0; first < rows; first += chunk) {
             const std::size_t count = std::min<std::size_t>(chunk, rows - first);
             const std::string_view bytes = m_area(m_at + first * rowBytes, count * rowBytes, buffer);
-            values.assign(count * file.stride(), 0.0);
+            double* const room = file.roomForCases(int(count));
             names.clear();
             for (std::size_t r = 0; r < count; ++r) {
                 const char* at = bytes.data() + r * rowBytes;
                 if (width != 0)
                     names.emplace_back(unpadded(std::string_view(at, width)));
-                double* row = values.data() + r * file.stride();
+                double* row = room + r * file.stride();
+                row[0] = 0.0;
                 for (std::size_t v = 0; v < variables; ++v) {
                     const char* cell = at + width + v * DoubleBytes;
                     row[v + 1] = getDouble(cell);
@@ -252,7 +252,7 @@ private:
                                  file.variable(int(v) + 1).name + ", which is not a finite number");
                 }
             }
-            file.appendCases(values, int(count), std::move(names));
+            file.commitCases(int(count), std::move(names));
         }
     }
 

@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdint>
 #include <cstring>
 #include <system_error>
 
 #include "workbench/data/DataFile.h"
 
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace wb {
@@ -31,6 +35,42 @@ std::string readFileBytes(const std::string& path, std::size_t limit) {
     if (failed)
         throw DataError(path + ": cannot read the file");
     return text;
+}
+
+FileText::FileText(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        throw DataError(path + ": cannot open the file: " + std::strerror(errno));
+    struct stat status {};
+    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) {
+        void* mapping = ::mmap(nullptr, std::size_t(status.st_size), PROT_READ, MAP_PRIVATE,
+                               descriptor, 0);
+        if (mapping != MAP_FAILED) {
+            m_mapping = mapping;
+            m_text = std::string_view(static_cast<const char*>(mapping), std::size_t(status.st_size));
+        }
+    }
+    ::close(descriptor);
+    if (m_mapping == nullptr) {
+        m_read = readFileBytes(path);
+        m_text = m_read;
+    }
+}
+
+FileText::~FileText() {
+    if (m_mapping != nullptr)
+        ::munmap(m_mapping, m_text.size());
+}
+
+void FileText::release(const char* begin, const char* end) const {
+    if (m_mapping == nullptr)
+        return;
+    const auto page = std::uintptr_t(::sysconf(_SC_PAGESIZE));
+    const auto first = std::uintptr_t(m_text.data());
+    const auto from = (std::max(std::uintptr_t(begin), first) + page - 1) / page * page;
+    const auto to = std::min(std::uintptr_t(end), first + m_text.size()) / page * page;
+    if (from < to)
+        ::madvise(reinterpret_cast<void*>(from), to - from, MADV_DONTNEED);
 }
 
 namespace {

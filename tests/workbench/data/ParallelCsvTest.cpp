@@ -1,7 +1,10 @@
 // A large CSV of plain numbers is read in stretches, one thread each. The file it gives and
 // every message must be those of reading its rows in order, which a quoted field forces
-// (a quote may hide a line break, so a file with one is never cut into stretches).
+// (a quote may hide a line break, so a file with one is never cut into stretches), and the
+// same from memory as from a file on disk, whose pages are let go as they are read.
 
+#include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -11,7 +14,7 @@
 namespace {
 
 constexpr int Rows = 80000;    // about 2.3 MB: two stretches of more than 1 MB
-constexpr int LateRow = 60000;  // a row of the second stretch
+constexpr int LateRow = 70000;  // of the second stretch; read in order, after text let go
 const std::string Dictionary = R"({"caseNames": "N", "variables": {"A": {"missingCode": -1}}})";
 
 // Rows "c<i>,<i>,<i/4>,<x>,NA" with x missing in every seventh row; `edit` may rewrite a row.
@@ -49,6 +52,24 @@ void expectSameFile(const wb::DataFile& a, const wb::DataFile& b) {
     }
 }
 
+// Loads `csv` from memory, or from disk, with `Dictionary` beside it; a message names the
+// file "data.csv" either way.
+wb::DataFile load(const std::string& csv, bool fromDisk) {
+    if (!fromDisk)
+        return wb::parseDataFile(csv, "data.csv", Dictionary);
+    const auto dir = std::filesystem::temp_directory_path() / "parallel-csv-test";
+    std::filesystem::create_directories(dir);
+    const std::string path = (dir / "data.csv").string();
+    std::ofstream(path, std::ios::binary) << csv;
+    std::ofstream(path + ".dict.json") << Dictionary;
+    try {
+        return wb::loadDataFile(path);
+    } catch (const wb::DataError& error) {
+        const std::string message = error.what();
+        throw wb::DataError("data.csv" + message.substr(path.size()));
+    }
+}
+
 struct Variant {
     const char* what;
     std::function<void(int, std::string&)> edit;
@@ -60,15 +81,23 @@ TEST(ParallelCsvTest, GivesWhatReadingInOrderGives) {
         {"plain numbers", {}, ""},
         {"a text late in a column of numbers",
          [](int i, std::string& row) { if (i == LateRow) row = "c,1,2,high,NA"; },
-         "data.csv:60002:7: \"high\" in variable \"X\" is not a number, a label of the "
+         "data.csv:70002:7: \"high\" in variable \"X\" is not a number, a label of the "
          "variable or NA"},
         {"a missing code written as a value",
          [](int i, std::string& row) { if (i == LateRow) row = "c,-1,2,3,NA"; },
-         "data.csv:60002:3: \"-1\" in variable \"A\" is its missing code; leave the field "
+         "data.csv:70002:3: \"-1\" in variable \"A\" is its missing code; leave the field "
          "empty or write NA for a missing value"},
         {"a short row late in the file",
          [](int i, std::string& row) { if (i == LateRow) row = "c,1,2,3"; },
-         "data.csv:60002:8: row has 4 fields; the header has 5 fields"},
+         "data.csv:70002:8: row has 4 fields; the header has 5 fields"},
+        {"empty lines, and rows ended by CRLF or by CR alone",
+         [](int i, std::string& row) {
+             if (i % 1000 == 0)
+                 row = "\n\r\n" + row;
+             if (i % 2 == 0)
+                 row += "\r" + row + "\r";
+         },
+         ""},
         {"a column of texts that begin late",
          [](int i, std::string& row) {
              if (i >= LateRow)
@@ -79,19 +108,21 @@ TEST(ParallelCsvTest, GivesWhatReadingInOrderGives) {
     for (const Variant& variant : variants) {
         SCOPED_TRACE(variant.what);
         const std::string text = largeCsv(variant.edit);
-        if (!variant.message.empty()) {
+        for (const bool fromDisk : {false, true}) {
+            SCOPED_TRACE(fromDisk ? "from disk" : "from memory");
+            if (variant.message.empty()) {
+                expectSameFile(load(text, fromDisk), load(inOrder(text), fromDisk));
+                continue;
+            }
             for (const std::string& csv : {text, inOrder(text)}) {
                 try {
-                    wb::parseDataFile(csv, "data.csv", Dictionary);
+                    load(csv, fromDisk);
                     ADD_FAILURE() << "loaded without error";
                 } catch (const wb::DataError& error) {
                     EXPECT_EQ(std::string(error.what()), variant.message);
                 }
             }
-            continue;
         }
-        expectSameFile(wb::parseDataFile(text, "data.csv", Dictionary),
-                       wb::parseDataFile(inOrder(text), "data.csv", Dictionary));
     }
 }
 
