@@ -15,12 +15,13 @@ struct Interval {
     double lower;
     double upper;
     std::string name;
+    double count = 0;
 };
 
 std::vector<Interval> intervalsOf(const Drill& d) {
     std::vector<Interval> out;
     for (const Categories& c : d.Categories)
-        out.push_back({c.Lower, c.Upper, c.Name});
+        out.push_back({c.Lower, c.Upper, c.Name, c.Count});
     return out;
 }
 
@@ -61,11 +62,9 @@ int build(Drill& d) {
 
 TEST_F(IntervalBuilders, LimitsAndLabels) {
     const std::vector<BuilderCase> cases = {
-        {"exact: centres of the end intervals on Min and Max", 0, 9, 1, 10, 1, 1, 0, {}, 1,
-         {{-0.5, 0.5, "-0.5<x<=0.5"}, {0.5, 1.5, "0.5<x<=1.5"}, {1.5, 2.5, "1.5<x<=2.5"},
-          {2.5, 3.5, "2.5<x<=3.5"}, {3.5, 4.5, "3.5<x<=4.5"}, {4.5, 5.5, "4.5<x<=5.5"},
-          {5.5, 6.5, "5.5<x<=6.5"}, {6.5, 7.5, "6.5<x<=7.5"}, {7.5, 8.5, "7.5<x<=8.5"},
-          {8.5, 9.5, "8.5<x<=9.5"}}},
+        {"exact: centres of the end intervals on Min and Max", 0, 9, 1, 4, 1, 1, 0, {}, 1,
+         {{-1.5, 1.5, "-1.5<x<=1.5"}, {1.5, 4.5, "1.5<x<=4.5"}, {4.5, 7.5, "4.5<x<=7.5"},
+          {7.5, 10.5, "7.5<x<=10.5"}}},
         {"exact with two intervals", 0, 10, 1, 2, 1, 1, 0, {}, 1,
          {{-5, 5, "-5<x<=5"}, {5, 15, "5<x<=15"}}},
         {"exact: one value", 5, 5, 1, 10, 1, 1, 0, {}, 1, {{4, 5, "x=5"}}},
@@ -107,23 +106,10 @@ TEST_F(IntervalBuilders, LimitsAndLabels) {
             EXPECT_NEAR(got[i].lower, c.expected[i].lower, 1e-12) << i;
             EXPECT_NEAR(got[i].upper, c.expected[i].upper, 1e-12) << i;
             EXPECT_EQ(got[i].name, c.expected[i].name) << i;
+            // User intervals start counted once; the others start empty.
+            EXPECT_EQ(got[i].count, c.method == MethodUserLimits ? 1.0 : 0.0) << i;
         }
     }
-}
-
-TEST_F(IntervalBuilders, UserIntervalsStartCountedAndOthersEmpty) {
-    Drill user = continuous(0, 10);
-    const double limits[] = {2, 5};
-    user.SetMethod(MethodUserLimits, 10, 1, 1, 0);
-    user.SetUserLimits(limits, 2);
-    user.Categorise();
-    Drill exact = continuous(0, 10);
-    exact.SetMethod(MethodExactIntervals, 5, 1, 1, 0);
-    exact.Categorise();
-    for (const Categories& c : user.Categories)
-        EXPECT_EQ(c.Count, 1.0);
-    for (const Categories& c : exact.Categories)
-        EXPECT_EQ(c.Count, 0.0);
 }
 
 // Neat intervals: every value of the range falls into exactly one interval lower < x <= upper,

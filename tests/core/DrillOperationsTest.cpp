@@ -1,9 +1,9 @@
-// Drill moves, reordering and the list boxes of the panel.
+// Drill moves and the list boxes of the panel. Reordering and the order dialog's lists are
+// DrillDialogsTest's (OrderBuiltByMovingVariables).
 
 #include <gtest/gtest.h>
 
 #include "support/AnalysisFixture.h"
-#include "workbench/dialogs/DialogTemplates.h"
 
 namespace {
 
@@ -105,43 +105,6 @@ TEST_F(DrillOperations, EndsOfTheLists) {
     EXPECT_EQ(analysis->GetCurrentUp(), -1);
 }
 
-TEST_F(DrillOperations, Reordering) {
-    struct Case {
-        const char* what;
-        std::vector<int> entries;
-        int placed;
-        std::vector<short> expected;
-    };
-    const std::vector<Case> cases = {
-        {"the second placed first, the others keep their sequence", {-1, 0, -1, -1}, 1,
-         {2, 1, 3, 4}},
-        {"all placed, reversed", {3, 2, 1, 0}, 4, {4, 3, 2, 1}},
-        {"nothing placed", {-1, -1, -1, -1}, 0, {1, 2, 3, 4}},
-        {"two placed", {-1, -1, 1, 0}, 2, {4, 3, 1, 2}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        ASSERT_EQ(chooseDrillVariables({1, 2, 3}, {4}), 1);
-        analysis->SetCurrentDown(3);
-        EXPECT_EQ(analysis->ReorderDrillDowns(c.entries.data(), 4, c.placed), 1);
-        EXPECT_EQ(order(analysis->GetDrillDowns()), c.expected);
-        EXPECT_EQ(analysis->GetCurrentDrillDown(), 3);  // current names a variable
-    }
-}
-
-TEST_F(DrillOperations, OrderDialogLists) {
-    const HWND order = wb::createDialogFromTemplate(dialogs.model(), 4819);
-    const int entries[] = {-1, 1, -1, 0};
-    ASSERT_EQ(analysis->LeftAndRight(order, entries, 4), 1);
-    EXPECT_EQ(dialogs.model().rows(order, 9089), (std::vector<std::string>{"A", "C"}));
-    EXPECT_EQ(dialogs.model().rows(order, 9090), (std::vector<std::string>{"D", "B"}));
-    EXPECT_TRUE(dialogs.model().isEnabled(order, 9091));
-    const int none[] = {-1, -1, -1, -1};
-    ASSERT_EQ(analysis->LeftAndRight(order, none, 4), 1);
-    EXPECT_FALSE(dialogs.model().isEnabled(order, 9090));
-    EXPECT_FALSE(dialogs.model().isEnabled(order, 9092));
-}
-
 TEST_F(DrillOperations, ListsStayAsTheyWereWhenMemoryRunsOut) {
     ASSERT_EQ(analysis->RefreshListBoxes(panel), 1);
     setCounts(1, {1});
@@ -193,9 +156,7 @@ TEST_F(DrillOperations, ReviewChoiceFiltersThe3DHistogramLists) {
     analysis->NoHist3DSecond = 1;
     ASSERT_EQ(chooseReviewVariables({1}, {3}), 1);
     EXPECT_EQ(analysis->NoHist3DFirst, 2);
-    EXPECT_EQ(first[0], 3);
-    EXPECT_EQ(first[1], 1);
-    EXPECT_EQ(first[2], 0);
+    EXPECT_EQ(std::vector<short>(first, first + 3), (std::vector<short>{3, 1, 0}));
     EXPECT_EQ(analysis->NoHist3DSecond, 0);
     EXPECT_EQ(analysis->IsCategoricalVariable(1), 1);
     EXPECT_EQ(analysis->IsCategoricalVariable(4), 0);  // continuous on both sides

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "drilldown/core/Drill.h"
 
@@ -15,10 +16,10 @@ TEST(DrillRecord, TypeChoosesTheDefaultMethod) {
     EXPECT_EQ(categorical.Method, MethodDistinctValues);
     EXPECT_EQ(continuous.Method, MethodNeatIntervals);
     EXPECT_EQ(nonzeroType.Method, MethodNeatIntervals);
-    EXPECT_EQ(continuous.NeatN, 10);
-    EXPECT_EQ(continuous.ExactN, 10);
-    EXPECT_EQ(continuous.DrilledItem, -1);
-    EXPECT_EQ(continuous.AtMinimum, 1);
+    // Steps start at the minimum by default: see CategorisationPage's
+    // StepStartsAtTheMinimumUntilUnchecked.
+    EXPECT_EQ(std::tuple(continuous.NeatN, continuous.ExactN, continuous.DrilledItem),
+              std::tuple(10, 10, -1));
 }
 
 TEST(DrillRecord, StdDevFollowsTheCaseCount) {
@@ -43,11 +44,8 @@ TEST(DrillRecord, MethodSettingsWriteOneNumberToBothCounts) {
     int32_t type, n, atMinimum;
     double step, start;
     EXPECT_EQ(d.GetMethod(type, n, atMinimum, step, start), MethodExactIntervals);
-    EXPECT_EQ(type, 1); // the variable's type, not its method
-    EXPECT_EQ(n, 7);
-    EXPECT_EQ(atMinimum, 0);
-    EXPECT_EQ(step, 2.5);
-    EXPECT_EQ(start, -1);
+    // type is the variable's type, not its method
+    EXPECT_EQ(std::tuple(type, n, atMinimum, step, start), std::tuple(1, 7, 0, 2.5, -1.0));
     d.ExactN = 3;  // n is ExactN only for method 1
     d.Method = MethodNeatIntervals;
     d.GetMethod(type, n, atMinimum, step, start);

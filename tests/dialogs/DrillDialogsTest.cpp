@@ -178,8 +178,10 @@ TEST_F(DrillDialogs, OrderBuiltByMovingVariables) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         openFile(false);
+        analysis->SetCurrentDown(2); // X, whose place most orders change
         Texts left, right;
-        bool leftEnabled = false, placeEnabled = false, unplaceEnabled = false;
+        bool leftEnabled = false, rightEnabled = false, placeEnabled = false,
+             unplaceEnabled = false;
         const int answer = run<CDDNOrderDlg>([&](HWND dialog) {
             for (const Move& move : c.moves) {
                 if (move.row >= 0) {
@@ -191,6 +193,7 @@ TEST_F(DrillDialogs, OrderBuiltByMovingVariables) {
             left = model.rows(dialog, Left);
             right = model.rows(dialog, Right);
             leftEnabled = model.isEnabled(dialog, Left);
+            rightEnabled = model.isEnabled(dialog, Right);
             placeEnabled = model.isEnabled(dialog, Place);
             unplaceEnabled = model.isEnabled(dialog, Unplace);
             dialogs.click(dialog, c.accept ? 1 : 2);
@@ -199,9 +202,11 @@ TEST_F(DrillDialogs, OrderBuiltByMovingVariables) {
         EXPECT_EQ(left, c.left);
         EXPECT_EQ(right, c.right);
         EXPECT_EQ(leftEnabled, !c.left.empty());
+        EXPECT_EQ(rightEnabled, !c.right.empty());
         EXPECT_EQ(placeEnabled, !c.left.empty());
         EXPECT_EQ(unplaceEnabled, !c.right.empty());
         EXPECT_EQ(downNames(), c.order);
+        EXPECT_EQ(analysis->GetCurrentDrillDown(), 2); // the current variable, not its place
     }
 }
 

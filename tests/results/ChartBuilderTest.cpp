@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "drilldown/results/ChartBuilder.h"
 #include "results/ChartRecorder.h"
@@ -64,9 +65,7 @@ TEST_F(ChartBuilder, CountAxisLabels) {
         ApplyCountAxis(*bars, c.greatest);
         ASSERT_EQ(bars->DrawHistogram(1), 1);
         const test::ChartRequest& r = recorder.charts.back();
-        EXPECT_EQ(r.yMin, 0);
-        EXPECT_EQ(r.yMax, c.top);
-        EXPECT_EQ(r.yStep, c.step);
+        EXPECT_EQ(std::tuple(r.yMin, r.yMax, r.yStep), std::tuple(0.0, c.top, c.step));
         EXPECT_EQ(r.yLabels.width, 20);
         ASSERT_EQ(r.yLabels.count, static_cast<int>(c.positions.size()));
         EXPECT_EQ(r.yLabels.positions, c.positions);
@@ -104,10 +103,8 @@ TEST_F(ChartBuilder, RequestsThatAreNeverSent) {
         recorder.charts.clear();
         recorder.chartAnswer = c.hostAnswer;
         CGeneralChart bars(*analysis, 1, c.points);
-        bars.xMin = c.xMin;
-        bars.xMax = c.xMax;
-        bars.yMin = c.yMin;
-        bars.yMax = c.yMax;
+        std::tie(bars.xMin, bars.xMax, bars.yMin, bars.yMax) =
+            std::tuple(c.xMin, c.xMax, c.yMin, c.yMax);
         EXPECT_EQ(bars.DrawHistogram(1), c.result);
         EXPECT_EQ(recorder.charts.size(), c.sent ? 1u : 0u);
         EXPECT_EQ(takeMessages(), c.messages);
@@ -139,18 +136,11 @@ TEST_F(ChartBuilder, PointsTitlesAndLabels) {
     EXPECT_EQ(r.data[0][3], 5); // Y of point 0 stands behind the three X values
     EXPECT_EQ(r.y(0, 2), 7);
     // The running ranges take the valid values only.
-    EXPECT_EQ(r.xMin, 1);
-    EXPECT_EQ(r.xMax, 2);
-    EXPECT_EQ(r.yMin, -2);
-    EXPECT_EQ(r.yMax, 7);
-    EXPECT_EQ(r.titles[0], std::string(60, 't'));
-    EXPECT_EQ(r.titles[1], "sub");
-    EXPECT_EQ(r.titles[2], "");
-    EXPECT_EQ(r.xTitle, "AGE");
-    EXPECT_EQ(r.xTitleLength, 3);
-    EXPECT_EQ(r.yTitleLength, 8);
-    EXPECT_EQ(r.xLabels.count, 4);
-    EXPECT_EQ(r.xLabels.width, 5);
+    EXPECT_EQ(std::tuple(r.xMin, r.xMax, r.yMin, r.yMax), std::tuple(1.0, 2.0, -2.0, 7.0));
+    EXPECT_EQ(r.titles, (std::array<std::string, 3>{std::string(60, 't'), "sub", ""}));
+    // The recorder reads each axis title by the length that comes with it.
+    EXPECT_EQ(std::tuple(r.xTitle, r.yTitle), std::tuple("AGE", "Effectif"));
+    EXPECT_EQ(std::tuple(r.xLabels.count, r.xLabels.width), std::tuple(4, short{5}));
     EXPECT_EQ(r.xLabels.texts, (std::vector<std::string>{"", "Nord", "Nord-", ""}));
     EXPECT_EQ(r.xLabels.positions, (std::vector<double>{0, 1, 2, 0}));
     // The chart's own point labels go to the host for series 0, empty.

@@ -34,7 +34,6 @@ struct ChartRequest {
     std::vector<int> colours;
     std::array<std::string, 3> titles;
     std::string xTitle, yTitle;
-    short xTitleLength = 0, yTitleLength = 0;
     double yMin = 0, yMax = 0, yStep = 0, xMin = 0, xMax = 0;
     AxisLabels xLabels, yLabels;
     short pointLabelWidth = 0;
@@ -101,9 +100,8 @@ public:
         }
         for (int line = 0; line < titleLines && line < 3; ++line)
             r.titles[line] = fields(titles + line * titleStride, titleStride, 1)[0];
-        std::tie(r.xTitle, r.yTitle, r.xTitleLength, r.yTitleLength) =
-            std::tuple(std::string(xTitle, xTitleLength), std::string(yTitle, yTitleLength),
-                       xTitleLength, yTitleLength);
+        r.xTitle.assign(xTitle, xTitleLength);
+        r.yTitle.assign(yTitle, yTitleLength);
         std::tie(r.yMin, r.yMax, r.yStep, r.xMin, r.xMax) =
             std::tuple(yMin, yMax, yStep, xMin, xMax);
         r.xLabels = labels(xLabels, xLabelWidth, xLabelPositions, xLabelCount);

@@ -230,36 +230,37 @@ TEST_F(DispatcherTest, WrongCallsFailWithTheirCode) {
     EXPECT_EQ(dispatcher.get(toy, "Count").lVal, 3) << "a refused put changed the value";
 }
 
-TEST_F(DispatcherTest, ErrorObjectDescriptionReachesTheException) {
-    try {
-        dispatcher.call(toy, "Refuse");
-        FAIL() << "no exception";
-    } catch (const wb::AutomationError& error) {
-        EXPECT_EQ(error.result(), E_FAIL);
-        EXPECT_STREQ(error.what(), "the toy refuses");
-        EXPECT_EQ(error.source(), "Toy");
-        EXPECT_EQ(error.member(), "Refuse");
+// What an object leaves of a failure reaches the exception: the error object's description
+// (only from an object that says it supports them), or the EXCEPINFO with its scode.
+TEST_F(DispatcherTest, FailuresCarryWhatTheObjectLeft) {
+    const struct {
+        bool supportsErrors;
+        const char* member;
+        HRESULT result;
+        const char* description;
+        const char* what;
+        const char* source;
+    } rows[] = {
+        {true, "Refuse", E_FAIL, "the toy refuses", "the toy refuses", "Toy"},
+        {true, "Explode", E_UNEXPECTED, "the toy exploded", "the toy exploded", "Toy"},
+        {false, "Refuse", E_FAIL, "", "Refuse: failed", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string(row.member) + (row.supportsErrors ? "" : " without support"));
+        Toy* object = row.supportsErrors ? toy : new Toy(automation, false, alive);
+        try {
+            dispatcher.call(object, row.member);
+            ADD_FAILURE() << "no exception";
+        } catch (const wb::AutomationError& error) {
+            EXPECT_EQ(error.result(), row.result);
+            EXPECT_EQ(error.description(), row.description);
+            EXPECT_STREQ(error.what(), row.what);
+            EXPECT_EQ(error.source(), row.source);
+            EXPECT_EQ(error.member(), row.member);
+        }
+        if (object != toy)
+            object->Release();
     }
-    try {
-        dispatcher.call(toy, "Explode");
-        FAIL() << "no exception";
-    } catch (const wb::AutomationError& error) {
-        EXPECT_EQ(error.result(), E_UNEXPECTED); // the scode of the EXCEPINFO
-        EXPECT_STREQ(error.what(), "the toy exploded");
-    }
-}
-
-TEST_F(DispatcherTest, ErrorObjectOfAnObjectWithoutSupportIsIgnored) {
-    Toy* silent = new Toy(automation, false, alive);
-    try {
-        dispatcher.call(silent, "Refuse");
-        FAIL() << "no exception";
-    } catch (const wb::AutomationError& error) {
-        EXPECT_EQ(error.result(), E_FAIL);
-        EXPECT_EQ(error.description(), "");
-        EXPECT_STREQ(error.what(), "Refuse: failed");
-    }
-    silent->Release();
 }
 
 } // namespace

@@ -32,26 +32,4 @@ TEST(InfoCommandTest, ReportsABadFileWithLineAndColumn) {
                   ":3:3: \"x\" in variable \"B\" is not a number, a label of the variable or NA\n");
 }
 
-struct UsageCase {
-    const char* comment;
-    std::string arguments;
-    std::string firstLine;
-};
-
-TEST(InfoCommandTest, RefusesWrongArgumentsWithUsage) {
-    const UsageCase cases[] = {
-        {"no command", "", "usage: drilldown COMMAND [ARGUMENTS]"},
-        {"unknown command", "frobnicate", "drilldown: unknown command \"frobnicate\""},
-        {"info without a file", "info", "drilldown info: a data file is needed"},
-        {"info with two files", "info a.csv b.csv", "drilldown info: one data file only"},
-    };
-    for (const UsageCase& c : cases) {
-        SCOPED_TRACE(c.comment);
-        const CliRun run = runCli(c.arguments);
-        EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.err.substr(0, run.err.find('\n')), c.firstLine);
-        EXPECT_NE(run.err.find("usage: drilldown"), std::string::npos);
-    }
-}
-
 } // namespace

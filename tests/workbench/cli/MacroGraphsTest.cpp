@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/CliRun.h"
+#include "support/ReferenceScan.h"
 #include "workbench/data/DataFileLoader.h"
 
 namespace {
@@ -25,12 +26,8 @@ constexpr const char* Macro = "Variables = \"REGION SEX | AGE\"\n"
                               "Print Histograms\n"
                               "Print Summary\n"
                               "Print ReviewBoxWhisker\n"
-                              "Print ReviewScatterplot\n";
-
-struct Moments {
-    int cases = 0;
-    double weight = 0, mean = 0, sd = 0;
-};
+                              "Print ReviewScatterplot\n"
+                              "ReviewDescriptives\n";
 
 TEST(MacroGraphs, ResultMembersGiveGraphsAndTheCaseGraphsAgreeWithTheSubset) {
     const wb::testing::TempDir dir;
@@ -64,93 +61,51 @@ TEST(MacroGraphs, ResultMembersGiveGraphsAndTheCaseGraphsAgreeWithTheSubset) {
     }
     EXPECT_NE(index.find("id=\"table-3\""), std::string::npos) << "the summary among them";
 
-    // The subset by hand: the women, weighted by the file's weights rounded to whole numbers
-    // (halves up), as the module's tables count them while weighted moments are off.
+    // The subset by hand: the women, weighted by the file's weights rounded to whole numbers,
+    // as the module's tables count them while weighted moments are off.
     const wb::DataFile file = wb::loadDataFile(Sample);
-    const auto weightOf = [&](int c) {
-        const double w = file.caseWeight(c);
-        return w > 0 ? std::floor(w + 0.5) : 0.0;
-    };
     const int sex = file.findVariable("SEX");
     double women = 0;
     for (const auto& [code, label] : file.variable(sex).labels)
         if (label == "Femme")
             women = code;
-    const auto moments = [&](int var) {
-        Moments m;
-        double sum = 0;
-        for (int c = 1; c <= file.caseCount(); ++c) {
-            const double x = file.value(c, var), w = weightOf(c);
-            if (file.value(c, sex) != women || w <= 0 || file.isMissing(var, x))
-                continue;
-            ++m.cases;
-            m.weight += w;
-            sum += w * x;
-        }
-        m.mean = sum / m.weight;
-        double squares = 0;
-        for (int c = 1; c <= file.caseCount(); ++c) {
-            const double x = file.value(c, var), w = weightOf(c);
-            if (file.value(c, sex) == women && w > 0 && !file.isMissing(var, x))
-                squares += w * (x - m.mean) * (x - m.mean);
-        }
-        m.sd = std::sqrt(squares / (m.weight - 1));
-        return m;
-    };
+    const auto inSubset = [&](int c) { return file.value(c, sex) == women; };
 
     const auto boxes = nlohmann::json::parse(readFile(out + "/" + stems[2] + ".json"));
     EXPECT_EQ(boxes["type"], "boxplot");
     EXPECT_EQ(boxes["boxes"]["style"], 54) << "the one style on by default";
+    // One weight rule for tables and graphs: the module's descriptive statistics of the same
+    // subset list the same variables, means and weighted cases.
+    const auto table = nlohmann::json::parse(readFile(out + "/006-statistiques-descriptives.json"));
     ASSERT_EQ(boxes["boxes"]["variables"].size(), 3u);
-    for (const auto& box : boxes["boxes"]["variables"]) {
+    ASSERT_EQ(table["rows"].size(), 3u);
+    for (std::size_t k = 0; k < 3; ++k) {
+        const auto& box = boxes["boxes"]["variables"][k];
         const std::string name = box["name"];
         SCOPED_TRACE(name);
-        const Moments m = moments(file.findVariable(name));
-        const double se = m.sd / std::sqrt(m.weight);
-        EXPECT_EQ(box["cases"], m.cases);
-        EXPECT_NEAR(box["weight"].get<double>(), m.weight, 1e-9 * m.weight);
+        const ref::Stats m = ref::compute(file, {file.findVariable(name)}, {}, {}, inSubset)[0];
+        const double sd = std::sqrt(m.ss / (m.weightedN - 1)), se = sd / std::sqrt(m.weightedN);
+        EXPECT_EQ(box["cases"], m.n);
+        EXPECT_NEAR(box["weight"].get<double>(), m.weightedN, 1e-9 * m.weightedN);
         EXPECT_NEAR(box["centre"].get<double>(), m.mean, 1e-9 * std::fabs(m.mean));
         EXPECT_NEAR(box["boxHigh"].get<double>() - m.mean, se, 1e-6 * se);
-        EXPECT_NEAR(box["whiskerLow"].get<double>(), m.mean - m.sd, 1e-9 * std::fabs(m.mean));
+        EXPECT_NEAR(box["whiskerLow"].get<double>(), m.mean - sd, 1e-9 * std::fabs(m.mean));
+        const auto& row = table["rows"][k];
+        EXPECT_EQ(row["name"], name);
+        const double mean = row["cells"][0].get<double>();
+        EXPECT_NEAR(box["centre"].get<double>(), mean, 1e-9 * std::fabs(mean));
+        EXPECT_EQ(box["weight"].get<double>(), row["cells"][4].get<double>());
     }
 
+    // A cell counts the cases valid in both of its variables.
     const auto matrix = nlohmann::json::parse(readFile(out + "/" + stems[3] + ".json"));
     ASSERT_EQ(matrix["scatter"]["cells"].size(), 6u);
     for (const auto& cell : matrix["scatter"]["cells"]) {
         const int x = file.findVariable(matrix["scatter"]["columns"][cell["column"].get<int>()]["name"]);
         const int y = file.findVariable(matrix["scatter"]["rows"][cell["row"].get<int>()]["name"]);
-        int cases = 0;
-        for (int c = 1; c <= file.caseCount(); ++c)
-            cases += file.value(c, sex) == women && weightOf(c) > 0 &&
-                     !file.isMissing(x, file.value(c, x)) && !file.isMissing(y, file.value(c, y));
-        EXPECT_EQ(cell["cases"], cases);
-    }
-}
-
-// One weight rule for tables and graphs: the box plots of a subset count the same weighted
-// cases, and find the same means, as the module's descriptive statistics of that subset.
-TEST(MacroGraphs, BoxPlotsAgreeWithTheDescriptivesOfTheSameSubset) {
-    const wb::testing::TempDir dir;
-    const std::string macro = dir.path("both.ddm");
-    std::ofstream(macro) << "Variables = \"REGION SEX | AGE\"\n"
-                            "ReviewVariables = \"| INCOME SPEND\"\n"
-                            "DrillDownVariable = \"SEX\"\nDrillDownCategory = \"Femme\"\nDrillDown\n"
-                            "ReviewDescriptives\nReviewBoxWhisker\n";
-    const std::string out = dir.path("out");
-    const CliRun run = runCli("run " + Sample + " " + macro + " --out " + out);
-    ASSERT_EQ(run.status, 0) << run.err;
-    const auto table = nlohmann::json::parse(readFile(out + "/001-statistiques-descriptives.json"));
-    const auto boxes = nlohmann::json::parse(
-        readFile(out + "/002-boites-a-moustaches-des-variables-etudiees.json"));
-    ASSERT_EQ(table["rows"].size(), boxes["boxes"]["variables"].size());
-    for (std::size_t k = 0; k < table["rows"].size(); ++k) {
-        const auto& row = table["rows"][k];
-        const auto& box = boxes["boxes"]["variables"][k];
-        SCOPED_TRACE(row["name"].get<std::string>());
-        EXPECT_EQ(row["name"], box["name"]);
-        const double mean = row["cells"][0].get<double>();
-        EXPECT_NEAR(box["centre"].get<double>(), mean, 1e-9 * std::fabs(mean));
-        EXPECT_EQ(box["weight"].get<double>(), row["cells"][4].get<double>());
+        ref::Options casewise;
+        casewise.casewise = true;
+        EXPECT_EQ(cell["cases"], ref::compute(file, {x}, {x, y}, casewise, inSubset)[0].n);
     }
 }
 

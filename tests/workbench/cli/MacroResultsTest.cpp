@@ -24,7 +24,8 @@ constexpr const char* Macro = "Variables = \"REGION SEX CHANNEL | AGE SPEND\"\n"
                               "DrillDownCategory = \"Bretagne\"\n"
                               "DrillDown\n"
                               "Print Descriptives\n"
-                              "Print Frequencies\n";
+                              "Print Frequencies\n"
+                              "Print Save\n";
 
 void expectNear(const nlohmann::json& cell, double expected, const std::string& what) {
     ASSERT_TRUE(cell.is_number()) << what;
@@ -39,7 +40,9 @@ TEST(MacroResults, TablesAgreeWithAnIndependentComputation) {
     const CliRun run = runCli("run " + Sample + " " + macro + " --out " + out);
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.out.substr(0, run.out.find("\n\nWrote")),
-              "Statistiques descriptives\nTableau de fréquence de CHANNEL: Canal d'achat principal");
+              "Statistiques descriptives\nTableau de fréquence de CHANNEL: Canal d'achat principal\n" +
+                  out + "/subset-001.ddf")
+        << "a result member names its first document, Save the subset's file";
 
     const wb::DataFile file = wb::loadDataFile(Sample);
     const int region = file.findVariable("REGION"), sex = file.findVariable("SEX");

@@ -156,28 +156,40 @@ TEST_F(DialogHostTest, GetTextNeverCutsACharacter) {
     EXPECT_EQ(untouched, '#');
 }
 
-// Text in the control, and the number read from it; `ok` false leaves the target at 7.
+// Text in the control, and the number read from it as a 16-bit integer or as a real; `ok`
+// false leaves the target at 7.
 const struct {
+    bool real;
     const char* text;
     bool ok;
-    short value;
+    double value;
     const char* comment;
-} IntegerRows[] = {
-    {" -32768 ", true, -32768, "the least, blanks around"},
-    {"+32767", true, 32767, "the greatest, plus sign"},
-    {"32768", false, 7, "above 16 bits"},
-    {"99999999999", false, 7, "beyond int as well"},
-    {"", false, 7, "empty"},
-    {"12a", false, 7, "trailing letters"},
+} NumberReadRows[] = {
+    {false, " -32768 ", true, -32768, "the least, blanks around"},
+    {false, "+32767", true, 32767, "the greatest, plus sign"},
+    {false, "32768", false, 7, "above 16 bits"},
+    {false, "99999999999", false, 7, "beyond int as well"},
+    {false, "", false, 7, "empty"},
+    {false, "12a", false, 7, "trailing letters"},
+    {true, " 2,5 ", true, 2.5, "decimal comma, blanks around"},
+    {true, "-1e-3", true, -0.001, "exponent"},
+    {true, "+.5", true, 0.5, "plus sign, no whole part"},
+    {true, "1,234.5", false, 7, "a thousands separator is not guessed"},
+    {true, "--", false, 7, "what a value that is not finite shows"},
+    {true, "1e999", false, 7, "overflows"},
+    {true, "0x10", false, 7, "hexadecimal"},
 };
 
-TEST_F(DialogHostTest, Integers) {
-    for (const auto& row : IntegerRows) {
+TEST_F(DialogHostTest, NumbersAreRead) {
+    for (const auto& row : NumberReadRows) {
         SCOPED_TRACE(row.comment);
         setText(row.text);
-        short value = 7;
-        EXPECT_EQ(dialogs.GetDlgItemInteger(panel, Id, &value), row.ok ? 1 : 0);
-        EXPECT_EQ(value, row.value);
+        short whole = 7;
+        double real = 7;
+        EXPECT_EQ(row.real ? dialogs.GetDlgItemDouble(panel, Id, &real)
+                           : dialogs.GetDlgItemInteger(panel, Id, &whole),
+                  row.ok ? 1 : 0);
+        EXPECT_EQ(row.real ? real : whole, row.value);
     }
     dialogs.SetDlgItemInt(panel, Id, static_cast<unsigned>(-5), 1);
     EXPECT_EQ(text(), "-5");
@@ -209,36 +221,10 @@ TEST_F(DialogHostTest, RealsAreShownShort) {
         EXPECT_EQ(dialogs.SetDlgItemDouble(panel, Id, row.value, 3, row.digits), 1);
         EXPECT_EQ(text(), row.text);
         if (std::isnan(row.value))
-            continue; // "--" is no number: see RealsAreRead
+            continue; // "--" is no number: see NumbersAreRead
         double back = 7;
         ASSERT_EQ(dialogs.GetDlgItemDouble(panel, Id, &back), 1);
         EXPECT_EQ(back, std::stod(row.text)); // what is shown is what is read back
-    }
-}
-
-// As IntegerRows, for reals.
-const struct {
-    const char* text;
-    bool ok;
-    double value;
-    const char* comment;
-} DoubleReadRows[] = {
-    {" 2,5 ", true, 2.5, "decimal comma, blanks around"},
-    {"-1e-3", true, -0.001, "exponent"},
-    {"+.5", true, 0.5, "plus sign, no whole part"},
-    {"1,234.5", false, 7, "a thousands separator is not guessed"},
-    {"--", false, 7, "what a value that is not finite shows"},
-    {"1e999", false, 7, "overflows"},
-    {"0x10", false, 7, "hexadecimal"},
-};
-
-TEST_F(DialogHostTest, RealsAreRead) {
-    for (const auto& row : DoubleReadRows) {
-        SCOPED_TRACE(row.comment);
-        setText(row.text);
-        double value = 7;
-        EXPECT_EQ(dialogs.GetDlgItemDouble(panel, Id, &value), row.ok ? 1 : 0);
-        EXPECT_EQ(value, row.value);
     }
 }
 

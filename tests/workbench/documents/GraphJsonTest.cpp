@@ -55,19 +55,6 @@ TEST(GraphJsonTest, ChartRequestKeepsItsKeysInOrder) {
     EXPECT_EQ(json["yAxis"]["max"], 10);
 }
 
-TEST(GraphJsonTest, EachTypeHasItsName) {
-    const std::pair<wb::GraphType, const char*> types[] = {
-        {wb::GraphType::Histogram, "histogram"},   {wb::GraphType::Pie, "pie"},
-        {wb::GraphType::Stacked, "stacked"},       {wb::GraphType::BoxPlot, "boxplot"},
-        {wb::GraphType::ScatterMatrix, "scatter-matrix"}, {wb::GraphType::Histogram3D, "histogram3d"},
-    };
-    for (const auto& [type, name] : types) {
-        wb::GraphDocument graph;
-        graph.type = type;
-        EXPECT_EQ(wb::graphJson(graph)["type"], name);
-    }
-}
-
 TEST(GraphJsonTest, StatisticsOfTheGraphsDrawnFromTheCases) {
     wb::GraphDocument boxes;
     boxes.type = wb::GraphType::BoxPlot;

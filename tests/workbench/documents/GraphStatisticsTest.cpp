@@ -7,17 +7,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "workbench/data/DataFile.h"
+#include "support/AnalysisFixture.h"
 #include "workbench/documents/CellText.h"
 #include "workbench/documents/GraphStatistics.h"
 
 namespace {
-
-wb::Variable named(const std::string& name) {
-    wb::Variable variable;
-    variable.name = name;
-    return variable;
-}
 
 constexpr double Missing = -99999999.0;
 enum Var { Group = 1, Age = 2, Income = 3, Weight = 4, Sex = 5 };
@@ -25,9 +19,7 @@ enum Var { Group = 1, Age = 2, Income = 3, Weight = 4, Sex = 5 };
 // A generated survey: GROUP 1 to 3, AGE with some missing, INCOME, a whole weight 0 to 3
 // (some missing), SEX 1 or 2. Values come from a fixed linear congruential sequence.
 wb::DataFile surveyFile(int cases) {
-    wb::DataFile file;
-    for (const char* name : {"GROUP", "AGE", "INCOME", "W", "SEX"})
-        file.addVariable(named(name));
+    std::vector<std::vector<double>> rows;
     std::uint32_t state = 12345;
     const auto next = [&](int range) {
         state = state * 1103515245u + 12345u;
@@ -39,8 +31,11 @@ wb::DataFile surveyFile(int cases) {
         const double income = next(13) == 0 ? Missing : 800 + 25.0 * next(200);
         const double weight = next(17) == 0 ? Missing : next(4);
         const double sex = 1 + next(2);
-        file.appendCase({group, age, income, weight, sex});
+        rows.push_back({group, age, income, weight, sex});
     }
+    wb::DataFile file = test::makeFile(
+        {{"GROUP", Missing}, {"AGE", Missing}, {"INCOME", Missing}, {"W", Missing}, {"SEX", Missing}},
+        rows);
     file.setWeightVariable(Weight);
     return file;
 }
@@ -192,11 +187,7 @@ TEST(WeightedQuantileTest, CumulativeWeightDecides) {
 }
 
 TEST(GraphStatisticsWeightsTest, FractionalWeightsCountAsFrequencies) {
-    wb::DataFile file;
-    file.addVariable(named("X"));
-    file.addVariable(named("W"));
-    for (const auto& [x, w] : {std::pair{1.0, 0.5}, {2.0, 1.5}, {4.0, 2.0}, {50.0, 0.0}})
-        file.appendCase({x, w});
+    wb::DataFile file = test::makeFile({{"X"}, {"W"}}, {{1, 0.5}, {2, 1.5}, {4, 2}, {50, 0}});
     file.setWeightVariable(2);
     const auto kept = wb::keptCases(file, static_cast<CaseFilter>(nullptr));
     ASSERT_EQ(kept.size(), 3u) << "weight 0 does not count";
@@ -248,21 +239,27 @@ TEST_F(GraphStatisticsTest, ScatterCellsCountThePairsAndCorrelateThem) {
     const std::vector<double> ages = expandedValues(file, Age);
     EXPECT_EQ(matrix.columns[0].min, ages.front());
     EXPECT_EQ(matrix.columns[0].max, ages.back());
+
+    // A second list gives the rows, and there is no diagonal to leave out.
+    const wb::ScatterMatrix crossed = wb::scatterMatrix(file, kept, {Age, Income}, {Sex});
+    EXPECT_FALSE(crossed.diagonal);
+    ASSERT_EQ(crossed.cells.size(), 2u);
+    EXPECT_EQ(crossed.rows.at(0).name, "SEX");
+    EXPECT_EQ(crossed.cells[1].column, 1);
 }
 
 TEST(GraphStatisticsScatterTest, ManyPointsAreDrawnAtARegularStride) {
-    wb::DataFile file;
     std::vector<int> vars;
+    std::vector<test::VariableInfo> variables;
     for (int v = 1; v <= 15; ++v) {
-        file.addVariable(named("V" + std::to_string(v)));
+        variables.push_back({"V" + std::to_string(v)});
         vars.push_back(v);
     }
-    for (int c = 0; c < 1000; ++c) {
-        std::vector<double> row;
+    std::vector<std::vector<double>> rows(1000);
+    for (int c = 0; c < 1000; ++c)
         for (int v = 1; v <= 15; ++v)
-            row.push_back((c * v) % 97);
-        file.appendCase(row);
-    }
+            rows[c].push_back((c * v) % 97);
+    const wb::DataFile file = test::makeFile(variables, rows);
     const auto kept = wb::keptCases(file, static_cast<CaseFilter>(nullptr));
     const wb::ScatterMatrix matrix = wb::scatterMatrix(file, kept, vars, {});
     ASSERT_EQ(matrix.cells.size(), 210u);
@@ -272,15 +269,6 @@ TEST(GraphStatisticsScatterTest, ManyPointsAreDrawnAtARegularStride) {
     const std::size_t stride = (1000 + cell.x.size() - 1) / cell.x.size();
     for (std::size_t k = 0; k < cell.x.size(); ++k)
         ASSERT_EQ(cell.x[k], file.value(static_cast<int>(k * stride) + 1, vars[cell.column]));
-}
-
-TEST_F(GraphStatisticsTest, SecondListGivesRowsAndNoDiagonal) {
-    const auto kept = wb::keptCases(file, leaveOutGroup2);
-    const wb::ScatterMatrix matrix = wb::scatterMatrix(file, kept, {Age, Income}, {Sex});
-    EXPECT_FALSE(matrix.diagonal);
-    ASSERT_EQ(matrix.cells.size(), 2u);
-    EXPECT_EQ(matrix.rows.at(0).name, "SEX");
-    EXPECT_EQ(matrix.cells[1].column, 1);
 }
 
 TEST_F(GraphStatisticsTest, Histogram3DCountsEachPairOfBins) {
@@ -327,13 +315,10 @@ TEST_F(GraphStatisticsTest, Histogram3DCountsEachPairOfBins) {
 }
 
 TEST(GraphStatisticsBinsTest, ValueLabelsNameTheBinsOfFewValues) {
-    wb::DataFile file;
-    wb::Variable sex = named("SEX");
-    sex.labels = {{1, "Homme"}, {2, "Femme"}};
-    file.addVariable(sex);
-    file.addVariable(named("N"));
+    std::vector<std::vector<double>> rows;
     for (int c = 0; c < 6; ++c)
-        file.appendCase({1.0 + c % 2, static_cast<double>(c % 3)});
+        rows.push_back({1.0 + c % 2, static_cast<double>(c % 3)});
+    const wb::DataFile file = test::makeFile({{"SEX", -9, {{1, "Homme"}, {2, "Femme"}}}, {"N"}}, rows);
     const auto kept = wb::keptCases(file, static_cast<CaseFilter>(nullptr));
     const wb::Histogram3DData data = wb::histogram3D(file, kept, 1, 2);
     ASSERT_EQ(data.xBins.size(), 2u);

@@ -25,22 +25,21 @@ std::size_t occurrences(const std::string& text, const std::string& part) {
     return count;
 }
 
+// The first group of every match of `pattern` in the SVG, in order.
+std::vector<std::string> captures(const std::string& svg, const char* pattern) {
+    std::vector<std::string> found;
+    const std::regex form(pattern);
+    for (auto it = std::sregex_iterator(svg.begin(), svg.end(), form); it != std::sregex_iterator(); ++it)
+        found.push_back((*it)[1]);
+    return found;
+}
 // The tooltips of the hotspots, in order.
 std::vector<std::string> tooltips(const std::string& svg) {
-    std::vector<std::string> texts;
-    const std::regex hotspot(R"re(<polygon class="hotspot" points="[^"]*"><title>([^<]*)</title>)re");
-    for (auto it = std::sregex_iterator(svg.begin(), svg.end(), hotspot); it != std::sregex_iterator(); ++it)
-        texts.push_back((*it)[1]);
-    return texts;
+    return captures(svg, R"re(<polygon class="hotspot" points="[^"]*"><title>([^<]*)</title>)re");
 }
-
 // The texts the picture draws (the SVG generator writes each drawn string as one element).
 std::vector<std::string> drawnTexts(const std::string& svg) {
-    std::vector<std::string> texts;
-    const std::regex text(R"re(<text[^>]*>([^<]*)</text>)re");
-    for (auto it = std::sregex_iterator(svg.begin(), svg.end(), text); it != std::sregex_iterator(); ++it)
-        texts.push_back((*it)[1]);
-    return texts;
+    return captures(svg, R"re(<text[^>]*>([^<]*)</text>)re");
 }
 
 bool contains(const std::vector<std::string>& texts, const std::string& text) {
@@ -71,7 +70,6 @@ TEST_F(GraphRendererTest, HistogramSvgHoldsTitlesAndOneShapePerBar) {
     EXPECT_TRUE(contains(texts, "Histogramme de la variable du drill-down : REGION: Région de résidence"))
         << "the title, accents and all";
     EXPECT_TRUE(contains(texts, wb::testing::SampleDrill)) << "the drill string under it";
-    EXPECT_TRUE(contains(texts, "Effectif"));
     for (const char* tick : {"0", "100", "200"})
         EXPECT_TRUE(contains(texts, tick)) << "count axis label " << tick;
 
@@ -104,31 +102,47 @@ TEST_F(GraphRendererTest, ACountAxisFarAboveTheBarsIsFittedToThem) {
         EXPECT_FALSE(contains(texts, beyond)) << beyond;
 }
 
-TEST_F(GraphRendererTest, EveryKindDrawsItsShapes) {
+// Width and height of a PNG, from its header.
+std::pair<std::uint32_t, std::uint32_t> pngSize(const std::string& png) {
+    const auto word = [&](std::size_t at) {
+        return std::uint32_t(static_cast<unsigned char>(png[at])) << 24 |
+               std::uint32_t(static_cast<unsigned char>(png[at + 1])) << 16 |
+               std::uint32_t(static_cast<unsigned char>(png[at + 2])) << 8 |
+               std::uint32_t(static_cast<unsigned char>(png[at + 3]));
+    };
+    return {word(16), word(20)};
+}
+
+// Every kind of graph draws its title, one shape per bar, slice, band, box or cell, and a text
+// of its own; its PNG is the picture at its size; and no text covers another: labels, ticks,
+// values and titles each keep their own place.
+TEST_F(GraphRendererTest, EveryKindDrawsItsShapesAndNoTextCoversAnother) {
     const auto bars3D = [](const wb::GraphDocument& graph) {
         std::size_t bars = 0;
         for (double count : graph.histogram3d->counts)
             bars += count > 0;
         return bars;
     };
+    const auto regions = [](const wb::GraphDocument&) { return wb::testing::sampleRegions().size(); };
+    const auto boxes = [](const wb::GraphDocument& g) { return g.boxes->variables.size(); };
     const struct {
         const char* kind;
         int result;
         std::size_t (*expected)(const wb::GraphDocument&);
         const char* text; // drawn somewhere
     } cases[] = {
-        {"pie", wb::testing::sendSamplePie(output, tokens),
-         [](const wb::GraphDocument&) { return wb::testing::sampleRegions().size(); }, "17.9 %"},
+        {"histogram", wb::testing::sendSampleHistogram(output, tokens), regions, "Effectif"},
+        {"pie", wb::testing::sendSamplePie(output, tokens), regions, "17.9 %"},
         {"stacked", wb::testing::sendSampleStacked(output, tokens),
          [](const wb::GraphDocument&) -> std::size_t { return 3 + 3 + 4; }, "CHANNEL"},
-        {"boxplot", wb::testing::sendSampleBoxes(output, file, 52),
-         [](const wb::GraphDocument& g) { return g.boxes->variables.size(); }, "SATISFACTION"},
-        {"boxplot", wb::testing::sendSampleBoxes(output, file, 54), // it says what it shows
-         [](const wb::GraphDocument& g) { return g.boxes->variables.size(); },
+        {"boxplot", wb::testing::sendSampleBoxes(output, file, 52), boxes, "SATISFACTION"},
+        {"boxplot", wb::testing::sendSampleBoxes(output, file, 54), boxes, // it says what it shows
          "◆ moyenne — boîte : ± erreur-type — moustaches : ± écart-type"},
         {"scatter-matrix", wb::testing::sendSampleScatter(output, file) == 0 ? 1 : 0,
          [](const wb::GraphDocument&) -> std::size_t { return 4 * 4; }, "Âge (années révolues)"},
         {"histogram3d", wb::testing::sendSample3D(output, file), bars3D, "SATISFACTION"},
+        {"histogram3d", wb::testing::sendSample3D(output, file, "AGEGROUP", "CHANNEL"), bars3D,
+         "CHANNEL"},
     };
     ASSERT_EQ(output.documents().size(), std::size(cases));
     for (std::size_t k = 0; k < std::size(cases); ++k) {
@@ -140,7 +154,33 @@ TEST_F(GraphRendererTest, EveryKindDrawsItsShapes) {
         EXPECT_EQ(tooltips(svg).size(), cases[k].expected(graph));
         EXPECT_TRUE(contains(drawnTexts(svg), cases[k].text)) << cases[k].text;
         EXPECT_TRUE(contains(drawnTexts(svg), graph.titles.front()));
+
+        // The renderer starts the application that the fonts below need.
+        const std::string png = wb::graphPng(graph);
+        const wb::PictureSize size = wb::pictureSize(graph);
+        ASSERT_GT(png.size(), 24u);
+        EXPECT_EQ(png.substr(0, 8), std::string("\x89PNG\r\n\x1a\n", 8));
+        EXPECT_EQ(png.substr(12, 4), "IHDR");
+        EXPECT_EQ(pngSize(png), std::make_pair(std::uint32_t(size.width), std::uint32_t(size.height)));
+
+        wb::testing::TextBoxDevice device(size.width, size.height);
+        {
+            QPainter painter(&device);
+            wb::GraphPainter(painter, graph, QSizeF(size.width, size.height)).paint();
+        }
+        const std::vector<wb::testing::TextBox>& texts = device.boxes();
+        ASSERT_FALSE(texts.empty());
+        for (std::size_t a = 0; a < texts.size(); ++a)
+            for (std::size_t b = a + 1; b < texts.size(); ++b) {
+                const QRectF common = texts[a].outline.intersected(texts[b].outline).boundingRect();
+                EXPECT_FALSE(common.width() > 1 && common.height() > 1)
+                    << "\"" << texts[a].text.toStdString() << "\" covers \""
+                    << texts[b].text.toStdString() << "\"";
+            }
     }
+    EXPECT_GT(wb::pictureSize(output.documents()[5].graph()).height,
+              wb::pictureSize(output.documents()[0].graph()).height)
+        << "a matrix of four variables is drawn larger";
 }
 
 // A band of a stacked plot tells its variable, its place in the stack from the bottom, and
@@ -173,36 +213,6 @@ TEST(GraphRendererTextTest, TooltipsAreEscaped) {
     EXPECT_EQ(occurrences(svg, "R&amp;D &lt;2024&gt;"), 2u) << "document title and drawn title";
     EXPECT_EQ(occurrences(svg, "R&D"), 0u);
 }
-
-// Width and height of a PNG, from its header.
-std::pair<std::uint32_t, std::uint32_t> pngSize(const std::string& png) {
-    const auto word = [&](std::size_t at) {
-        return std::uint32_t(static_cast<unsigned char>(png[at])) << 24 |
-               std::uint32_t(static_cast<unsigned char>(png[at + 1])) << 16 |
-               std::uint32_t(static_cast<unsigned char>(png[at + 2])) << 8 |
-               std::uint32_t(static_cast<unsigned char>(png[at + 3]));
-    };
-    return {word(16), word(20)};
-}
-
-TEST_F(GraphRendererTest, PngIsThePictureAtItsSize) {
-    const wb::GraphDocument histogram = made(wb::testing::sendSampleHistogram(output, tokens));
-    const wb::GraphDocument scatter = made(wb::testing::sendSampleScatter(output, file) == 0 ? 1 : 0);
-    for (const wb::GraphDocument* graph : {&histogram, &scatter}) {
-        const std::string png = wb::graphPng(*graph);
-        ASSERT_GT(png.size(), 24u);
-        EXPECT_EQ(png.substr(0, 8), std::string("\x89PNG\r\n\x1a\n", 8));
-        EXPECT_EQ(png.substr(12, 4), "IHDR");
-        const wb::PictureSize size = wb::pictureSize(*graph);
-        EXPECT_EQ(pngSize(png), std::make_pair(std::uint32_t(size.width), std::uint32_t(size.height)));
-    }
-    EXPECT_GT(wb::pictureSize(scatter).height, wb::pictureSize(histogram).height)
-        << "a matrix of four variables is drawn larger";
-}
-
-} // namespace
-
-namespace {
 
 // Values on the outer panels of the scatterplot matrix: each variable gets neat ticks that
 // lie within its range; and a 3D histogram of few bars writes the bars' counts on them.
@@ -240,45 +250,6 @@ TEST_F(GraphRendererTest, ScatterValuesAndBarCountsAreWritten) {
     ASSERT_LE(positive, 40u) << "few enough bars to carry their counts";
     // A count that would cover another is left to the tooltip.
     EXPECT_GE(shown, positive * 3 / 4) << positive << " bars";
-}
-
-} // namespace
-
-namespace {
-
-// No text of a picture covers another: labels, ticks, values and titles each keep their own
-// place, in every kind of graph.
-TEST_F(GraphRendererTest, NoTextCoversAnother) {
-    const int made[] = {wb::testing::sendSampleHistogram(output, tokens),
-                        wb::testing::sendSamplePie(output, tokens),
-                        wb::testing::sendSampleStacked(output, tokens),
-                        wb::testing::sendSampleBoxes(output, file, 52),
-                        wb::testing::sendSampleScatter(output, file) == 0 ? 1 : 0,
-                        wb::testing::sendSample3D(output, file),
-                        wb::testing::sendSample3D(output, file, "AGEGROUP", "CHANNEL")};
-    ASSERT_EQ(output.documents().size(), std::size(made));
-    for (std::size_t k = 0; k < std::size(made); ++k) {
-        ASSERT_NE(made[k], 0) << output.lastError();
-        const wb::GraphDocument& graph = output.documents()[k].graph();
-        SCOPED_TRACE(wb::graphTypeName(graph.type));
-        const wb::PictureSize size = wb::pictureSize(graph);
-        wb::graphPng(graph); // the renderer starts the application that fonts need
-        wb::testing::TextBoxDevice device(size.width, size.height);
-        {
-            QPainter painter(&device);
-            wb::GraphPainter(painter, graph, QSizeF(size.width, size.height)).paint();
-        }
-        const std::vector<wb::testing::TextBox>& boxes = device.boxes();
-        ASSERT_FALSE(boxes.empty());
-        for (std::size_t a = 0; a < boxes.size(); ++a)
-            for (std::size_t b = a + 1; b < boxes.size(); ++b) {
-                const QRectF common =
-                    boxes[a].outline.intersected(boxes[b].outline).boundingRect();
-                EXPECT_FALSE(common.width() > 1 && common.height() > 1)
-                    << "\"" << boxes[a].text.toStdString() << "\" covers \""
-                    << boxes[b].text.toStdString() << "\"";
-            }
-    }
 }
 
 } // namespace

@@ -59,39 +59,6 @@ TEST(OutputFolderTest, Slugs) {
     EXPECT_EQ(wb::documentStem(titled(1234, "")), "1234-table");
 }
 
-TEST(OutputFolderTest, WritesEachTableAndIndexesTheSessionInOrder) {
-    wb::testing::TempDir dir;
-    const fs::path folder = fs::path(dir.path("session")) / "out"; // created with its parent
-    wb::OutputFolder output(folder);
-    const wb::TableDocument tables[] = {titled(1, "Résumé"), titled(2, "Fréquences"),
-                                        titled(3, "Statistiques descriptives")};
-    for (const auto& table : tables)
-        output.added(wb::Document{table});
-
-    EXPECT_EQ(fileNames(folder),
-              (std::set<std::string>{"001-resume.json", "001-resume.html", "002-frequences.json",
-                                     "002-frequences.html", "003-statistiques-descriptives.json",
-                                     "003-statistiques-descriptives.html", "index.html"}))
-        << "no temporary file stays behind";
-    EXPECT_EQ(readFile(folder / "002-frequences.json"), wb::tableJsonText(tables[1]));
-
-    const std::string index = readFile(folder / "index.html");
-    std::size_t listed = 0, shown = 0;
-    for (const auto& table : tables) {
-        SCOPED_TRACE(table.title);
-        const std::size_t link = index.find("<a href=\"#" + wb::tableAnchor(table) + "\">" +
-                                            wb::htmlText(table.title) + "</a>");
-        const std::size_t section = index.find(wb::tableHtml(table));
-        ASSERT_NE(link, std::string::npos);
-        ASSERT_NE(section, std::string::npos);
-        EXPECT_GT(link, listed);
-        EXPECT_GT(section, shown);
-        listed = link;
-        shown = section;
-    }
-    EXPECT_LT(listed, index.find("<main>")) << "the list comes before the tables";
-}
-
 wb::GraphDocument graphTitled(int number, const std::string& title) {
     wb::GraphDocument graph;
     graph.number = number;
@@ -102,22 +69,26 @@ wb::GraphDocument graphTitled(int number, const std::string& title) {
     return graph;
 }
 
-TEST(OutputFolderTest, GraphsHaveTheirPicturesAndStandInTheIndexWithTheTables) {
+// A table has its JSON and HTML, a graph its JSON, SVG and PNG; the index lists the documents,
+// then shows each (a table as its HTML, a graph as its picture), in the session's order.
+TEST(OutputFolderTest, WritesEachDocumentAndIndexesTheSessionInOrder) {
     wb::testing::TempDir dir;
-    const fs::path folder = dir.path("out");
+    const fs::path folder = fs::path(dir.path("session")) / "out"; // created with its parent
     wb::OutputFolder output(folder);
-    output.added(wb::Document{titled(1, "Résumé")});
+    const wb::TableDocument first = titled(1, "Résumé"), third = titled(3, "Fréquences");
     const wb::GraphDocument graph = graphTitled(2, "Histogramme de la variable étudiée : SEX");
-    output.added(wb::Document{graph});
-    output.added(wb::Document{titled(3, "Fréquences")});
-    output.added(wb::Document{graphTitled(4, "")});
+    for (const wb::Document& document : {wb::Document{first}, wb::Document{graph},
+                                         wb::Document{third}, wb::Document{graphTitled(4, "")}})
+        output.added(document);
 
     const std::string stem = "002-histogramme-de-la-variable-etudiee-sex";
     EXPECT_EQ(fileNames(folder),
               (std::set<std::string>{"001-resume.json", "001-resume.html", stem + ".json",
                                      stem + ".svg", stem + ".png", "003-frequences.json",
                                      "003-frequences.html", "004-graph.json", "004-graph.svg",
-                                     "004-graph.png", "index.html"}));
+                                     "004-graph.png", "index.html"}))
+        << "no temporary file stays behind";
+    EXPECT_EQ(readFile(folder / "003-frequences.json"), wb::tableJsonText(third));
     EXPECT_EQ(readFile(folder / (stem + ".json")), wb::graphJsonText(graph));
     EXPECT_EQ(readFile(folder / (stem + ".png")).substr(1, 3), "PNG");
     EXPECT_NE(readFile(folder / (stem + ".svg")).find("<svg"), std::string::npos);
@@ -126,15 +97,31 @@ TEST(OutputFolderTest, GraphsHaveTheirPicturesAndStandInTheIndexWithTheTables) {
                                                              "004-graph.svg"}));
 
     const std::string index = readFile(folder / "index.html");
-    const std::size_t picture = index.find("<object data=\"" + stem + ".svg\"");
-    ASSERT_NE(picture, std::string::npos);
-    EXPECT_NE(index.find("<img src=\"" + stem + ".png\"", picture), std::string::npos)
+    const struct {
+        std::string link, section;
+    } listed[] = {
+        {"#" + wb::tableAnchor(first) + "\">" + wb::htmlText(first.title), wb::tableHtml(first)},
+        {"#graph-2\">Histogramme de la variable étudiée : SEX", "<object data=\"" + stem + ".svg\""},
+        {"#" + wb::tableAnchor(third) + "\">" + wb::htmlText(third.title), wb::tableHtml(third)},
+        {"#graph-4\">", "<object data=\"004-graph.svg\""},
+    };
+    std::size_t link = 0, section = 0;
+    for (const auto& entry : listed) {
+        SCOPED_TRACE(entry.link);
+        const std::size_t nextLink = index.find("<a href=\"" + entry.link);
+        const std::size_t nextSection = index.find(entry.section);
+        ASSERT_NE(nextLink, std::string::npos);
+        ASSERT_NE(nextSection, std::string::npos);
+        EXPECT_GT(nextLink, link);
+        EXPECT_GT(nextSection, section);
+        link = nextLink;
+        section = nextSection;
+    }
+    EXPECT_LT(link, index.find("<main>")) << "the list comes before the documents";
+    EXPECT_NE(index.find("<img src=\"" + stem + ".png\"", index.find("<object data=\"" + stem)),
+              std::string::npos)
         << "the PNG where the SVG cannot be shown";
-    EXPECT_LT(index.find(wb::tableHtml(titled(1, "Résumé"))), picture);
-    EXPECT_GT(index.find(wb::tableHtml(titled(3, "Fréquences"))), picture) << "in the session's order";
     EXPECT_NE(index.find("<p class=\"subtitle\">SEX = Femme</p>"), std::string::npos);
-    EXPECT_NE(index.find("<a href=\"#graph-2\">Histogramme de la variable étudiée : SEX</a>"),
-              std::string::npos);
 }
 
 // A document refreshed in place keeps its files' names, whatever its new title; a closed one

@@ -160,10 +160,6 @@ TEST(HeadlessProgress, DrawsAtMostOncePerPercent) {
     EXPECT_EQ(tail.find_first_not_of(" \r"), std::string::npos);
 }
 
-} // namespace
-
-namespace {
-
 // Work done within the delay shows no bar at all; advanceTo moves the bar as lookbr does.
 TEST(HeadlessProgress, QuickWorkShowsNothingAndAdvanceToMovesTheBar) {
     for (const auto delay : {std::chrono::milliseconds(3'600'000), std::chrono::milliseconds(0)}) {

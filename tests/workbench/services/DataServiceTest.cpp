@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstring>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "drilldown/host/HostBlocks.h"
@@ -82,26 +81,34 @@ TEST_F(DataServiceTest, InitCommonsFillsTheBlocksAndSetDataFileRefillsThem) {
     EXPECT_EQ(int32_t{blocks.Vmk.NCases}, 0);
 }
 
+// Case `caseNo` under the weight variable `weighting` and the selection `selection`.
 const struct {
     int caseNo;
     int breakAt; // breakAtCase hook, 0 for none
+    int weighting;
+    const char* selection;
     short result;
     double weight;
     const char* comment;
 } CaseRows[] = {
-    {1, 0, 0, 2.5, "delivered with its weight"},
-    {2, 0, 0, 0.0, "a missing weight counts as 0"},
-    {3, 0, 0, -1.0, "a negative weight stays for the module to drop"},
-    {2, 2, 2, -7.0, "reading broken off at that case: outputs untouched"},
-    {1, 2, 0, 2.5, "the break hook concerns its case only"},
-    {4, 0, 2, -7.0, "beyond the last case"},
-    {0, 0, 2, -7.0, "before the first case"},
+    {1, 0, Weight, "", 0, 2.5, "delivered with its weight"},
+    {2, 0, Weight, "", 0, 0.0, "a missing weight counts as 0"},
+    {3, 0, Weight, "", 0, -1.0, "a negative weight stays for the module to drop"},
+    {2, 0, 0, "", 0, 1.0, "without a weight variable every case weighs 1"},
+    {1, 0, Weight, "AGE > 30", 0, 2.5, "kept by the selection"},
+    {3, 0, Weight, "AGE > 30", 1, -1.0, "left out by the selection: 1, with its weight"},
+    {2, 2, Weight, "", 2, -7.0, "reading broken off at that case: outputs untouched"},
+    {1, 2, Weight, "", 0, 2.5, "the break hook concerns its case only"},
+    {4, 0, Weight, "", 2, -7.0, "beyond the last case"},
+    {0, 0, Weight, "", 2, -7.0, "before the first case"},
 };
 
 TEST_F(DataServiceTest, CstrtwDeliversTheRowAndTheWeight) {
     for (const auto& row : CaseRows) {
         SCOPED_TRACE(row.comment);
         m_data.breakAtCase(row.breakAt);
+        m_file.setWeightVariable(row.weighting);
+        m_file.setSelection(row.selection);
         std::vector<double> values(VarCount + 2, -7.0);
         int hasWeight = -7, weightVar = -7;
         double weight = -7.0;
@@ -117,122 +124,69 @@ TEST_F(DataServiceTest, CstrtwDeliversTheRowAndTheWeight) {
         }
         for (int var = 1; var <= VarCount; ++var)
             EXPECT_EQ(values[var], m_file.value(row.caseNo, var)) << "variable " << var;
-        EXPECT_EQ(hasWeight, 1);
-        EXPECT_EQ(weightVar, Weight);
+        EXPECT_EQ(hasWeight, row.weighting != 0 ? 1 : 0);
+        EXPECT_EQ(weightVar, row.weighting);
     }
+    EXPECT_EQ(m_data.cstrtw(2, nullptr, nullptr, nullptr, nullptr), 0) << "outputs may be null";
 }
 
-TEST_F(DataServiceTest, CstrtwWithoutWeightGivesOneAndAcceptsNullOutputs) {
-    m_file.setWeightVariable(0);
-    int hasWeight = -7, weightVar = -7;
-    double weight = -7.0;
-    EXPECT_EQ(m_data.cstrtw(2, nullptr, &hasWeight, &weight, &weightVar), 0);
-    EXPECT_EQ(hasWeight, 0);
-    EXPECT_EQ(weight, 1.0);
-    EXPECT_EQ(weightVar, 0);
-    std::vector<double> values(VarCount + 1);
-    EXPECT_EQ(m_data.cstrtw(2, values.data(), nullptr, nullptr, nullptr), 0);
-    EXPECT_EQ(values[Age], 51.0);
-}
-
-TEST_F(DataServiceTest, CaseLeftOutBySelectionGivesOneWithItsWeight) {
-    m_file.setSelection("AGE > 30");
-    for (const auto& [caseNo, result, expectedWeight] : {std::tuple{1, 0, 2.5}, {3, 1, -1.0}}) {
-        SCOPED_TRACE(caseNo); // case 1 selected, case 3 left out
-        std::vector<double> values(VarCount + 1);
-        int hasWeight = 0, weightVar = 0;
-        double weight = -7.0;
-        EXPECT_EQ(m_data.cstrtw(caseNo, values.data(), &hasWeight, &weight, &weightVar), result);
-        EXPECT_EQ(weight, expectedWeight);
-        EXPECT_EQ(hasWeight, 1);
-    }
-}
-
-TEST_F(DataServiceTest, ShortNamesArePaddedOrTokens) {
+// Short names padded to 8 or as tokens; long names whole in their buffer of 128 bytes, or cut
+// before the character that does not fit.
+TEST_F(DataServiceTest, ShortAndLongNames) {
+    // 126 ASCII bytes then 'é': 128 bytes, so the cut at 127 falls inside the 'é'.
+    m_file.variable(Age).longName = std::string(126, 'a') + "é";
     const struct {
         int var;
-        std::string expected;
+        std::string shortName, longName;
         const char* comment;
     } rows[] = {
-        {Age, "AGE     ", "padded to 8"},
-        {Income, m_tokens.tokenFor(LongShortName), "longer than 8: its token"},
-        {99, "        ", "no such variable"},
+        {Age, "AGE     ", std::string(126, 'a'), "padded to 8; long name cut"},
+        {Income, m_tokens.tokenFor(LongShortName), "Revenu annuel brut", "token; whole"},
+        {Weight, "POIDS   ", "", "no long name"},
+        {99, "        ", "", "no such variable"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comment);
         char name[9];
         std::memset(name, 'x', sizeof name);
         m_data.getvn5(row.var, name);
-        EXPECT_EQ(std::string(name, 8), row.expected);
+        EXPECT_EQ(std::string(name, 8), row.shortName);
         EXPECT_EQ(name[8], '\0');
-    }
-    char name[9];
-    m_data.getvn5(Income, name);
-    EXPECT_EQ(m_tokens.expand(name), LongShortName);
-}
-
-TEST_F(DataServiceTest, LongNamesFitTheirBufferWithoutCuttingACharacter) {
-    // 126 ASCII bytes then 'é': 128 bytes, so the cut at 127 falls inside the 'é'.
-    m_file.variable(Age).longName = std::string(126, 'a') + "é";
-    const struct {
-        int var;
-        std::string expected;
-        const char* comment;
-    } rows[] = {
-        {Income, "Revenu annuel brut", "whole"},
-        {Age, std::string(126, 'a'), "cut before the character that does not fit"},
-        {Weight, "", "none"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.comment);
         char text[128];
         std::memset(text, 'x', sizeof text);
-        EXPECT_EQ(m_data.WriteVarLongName(text, row.var), static_cast<int>(row.expected.size()));
-        EXPECT_STREQ(text, row.expected.c_str());
+        EXPECT_EQ(m_data.WriteVarLongName(text, row.var), static_cast<int>(row.longName.size()));
+        EXPECT_STREQ(text, row.longName.c_str());
     }
 }
 
-TEST_F(DataServiceTest, TextLabelsComeAsEightCharacters) {
+// vvlcod gives a value's label in 8 characters (a token for a longer one);
+// RetrieveLongTextLabelAsHashedString, whose variable counts from 0, only the long labels.
+TEST_F(DataServiceTest, LabelsAsEightCharactersOrLongLabelsAsTokens) {
     const struct {
         int var;
         float value;
-        int found;
-        std::string expected;
+        std::string expected; // of vvlcod; "xxxxxxxx" when it finds none
+        bool longLabel;
         const char* comment;
     } rows[] = {
-        {Income, 1.0f, 1, "Bas     ", "short label, blank padded"},
-        {Income, 2.0f, 1, m_tokens.tokenFor(LongLabel), "long label: its token"},
-        {Income, 3.0f, 0, "xxxxxxxx", "no label for the value"},
-        {0, 1.0f, 0, "xxxxxxxx", "no such variable"},
+        {Income, 1.0f, "Bas     ", false, "short label, blank padded; no long label"},
+        {Income, 2.0f, m_tokens.tokenFor(LongLabel), true, "long label: its token"},
+        {Income, 3.0f, "xxxxxxxx", false, "no label for the value"},
+        {Weight, 2.0f, "xxxxxxxx", false, "the next variable has none: counted from 0 or 1"},
+        {0, 1.0f, "xxxxxxxx", false, "no such variable"},
     };
     for (auto row : rows) {
         SCOPED_TRACE(row.comment);
         char text[9];
         std::memset(text, 'x', sizeof text);
         const int result = m_data.vvlcod(0, row.var, text, &row.value);
-        EXPECT_EQ(result == 0, row.found == 1);
+        EXPECT_EQ(result == 0, row.expected != "xxxxxxxx");
         EXPECT_EQ(std::string(text, 8), row.expected);
         EXPECT_EQ(text[8], 'x') << "no terminator is written";
-    }
-}
-
-TEST_F(DataServiceTest, LongLabelsAsTokensByZeroBasedVariable) {
-    const struct {
-        int var0;
-        double value;
-        int found;
-        const char* comment;
-    } rows[] = {
-        {Income - 1, 2.0, 1, "a long label"},
-        {Income - 1, 1.0, 0, "a short label is no long label"},
-        {Income, 2.0, 0, "the next variable has none: var0 counts from 0"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.comment);
         char token[9] = "unused!!";
-        const int result = m_data.RetrieveLongTextLabelAsHashedString(token, row.var0, row.value);
-        EXPECT_EQ(result != 0, row.found == 1);
-        if (result != 0) {
+        EXPECT_EQ(m_data.RetrieveLongTextLabelAsHashedString(token, row.var - 1, row.value) != 0,
+                  row.longLabel);
+        if (row.longLabel) {
             EXPECT_EQ(m_tokens.expand(token), LongLabel);
         }
     }

@@ -106,61 +106,53 @@ TEST(KeywordStore, KeepsWhatItDoesNotUnderstand) {
                   R"({"0": {"Note": "text", "Big": 3000000000, "Y": 2}, "meta": {"list": [1]}})"));
 }
 
-TEST(KeywordStore, CorruptFileIsReportedOnceAndLeftAlone) {
+// A settings file that cannot be read or written: the values stay for the run, the file is
+// left as it is, and one line says so however often a value is put.
+TEST(KeywordStore, UnusableFilesAreLeftAloneAndReportedOnce) {
+    TempDir dir;
+    const fs::path blocked =
+        fs::path(dir.write("blocker", "a file where a directory should be")) / "settings.json";
     const struct {
-        const char* contents;
+        const char* contents; // of the settings file; null: `file` is used as it is
+        fs::path file;
+        std::string report; // how the report begins; empty: that of a corrupt file
         const char* comment;
     } rows[] = {
-        {R"({"0": {"StandAloneResults": 1})", "cut short"},
-        {"[1, 2]", "an array, not an object"},
-        {R"({"0": 5})", "a section that is no object"},
+        {R"({"0": {"StandAloneResults": 1})", {}, "", "cut short"},
+        {"[1, 2]", {}, "", "an array, not an object"},
+        {R"({"0": 5})", {}, "", "a section that is no object"},
+        {nullptr, blocked,
+         "drilldown: settings file " + blocked.string() + ": it cannot be written (",
+         "a file where its directory should be"},
+        {nullptr, fs::path(),
+         "drilldown: no configuration directory ($XDG_CONFIG_HOME or $HOME); "
+         "settings are kept for this run only\n",
+         "no file at all"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comment);
-        TempDir dir;
-        const fs::path file = dir.write("settings.json", row.contents);
+        const TempDir own;
+        const fs::path file = row.contents ? fs::path(own.write("settings.json", row.contents))
+                                           : row.file;
         std::FILE* diagnostics = std::tmpfile();
         {
             KeywordStore store(file, diagnostics);
             EXPECT_FALSE(store.get(0, "StandAloneResults").has_value());
             EXPECT_FALSE(store.put(0, "StandAloneResults", 1));
-            EXPECT_FALSE(store.put(0, "Other", 2));
-            EXPECT_EQ(store.get(0, "StandAloneResults"), 1); // kept in memory
+            EXPECT_FALSE(store.put(0, "StandAloneResults", 2));
+            EXPECT_EQ(store.get(0, "StandAloneResults"), 2); // kept in memory
+        }
+        const std::string report = contents(diagnostics);
+        EXPECT_EQ(report.find('\n'), report.size() - 1) << report; // one line
+        if (!row.report.empty()) {
+            EXPECT_EQ(report.rfind(row.report, 0), 0u) << report;
+            continue;
         }
         EXPECT_EQ(readFile(file), row.contents);
         EXPECT_EQ(entries(file.parent_path()), 1u);
-        const std::string report = contents(diagnostics);
         EXPECT_EQ(report.rfind("drilldown: settings file " + file.string() + ": it ", 0), 0u)
             << report;
         EXPECT_NE(report.find("it is left as it is"), std::string::npos) << report;
-        EXPECT_EQ(report.find('\n'), report.size() - 1) << report; // one line
-    }
-}
-
-TEST(KeywordStore, UnsavedValuesStayForTheRunAndAreReportedOnce) {
-    TempDir dir;
-    const fs::path blocked =
-        fs::path(dir.write("blocker", "a file where a directory should be")) / "settings.json";
-    const struct {
-        fs::path file;
-        std::string report; // how the report begins
-    } rows[] = {
-        {blocked, "drilldown: settings file " + blocked.string() + ": it cannot be written ("},
-        {fs::path(), "drilldown: no configuration directory ($XDG_CONFIG_HOME or $HOME); "
-                     "settings are kept for this run only\n"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.report);
-        std::FILE* diagnostics = std::tmpfile();
-        {
-            KeywordStore store(row.file, diagnostics);
-            EXPECT_FALSE(store.put(0, "A", 1));
-            EXPECT_FALSE(store.put(0, "A", 2));
-            EXPECT_EQ(store.get(0, "A"), 2);
-        }
-        const std::string report = contents(diagnostics);
-        EXPECT_EQ(report.rfind(row.report, 0), 0u) << report;
-        EXPECT_EQ(report.find('\n'), report.size() - 1) << report; // one line
     }
 }
 

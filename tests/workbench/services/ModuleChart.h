@@ -36,14 +36,10 @@ struct ModuleChart {
     }
     void title(int line, const std::string& text) { text.copy(&titles[line * TitleStride], 60); }
     void xLabel(int index, double at, const std::string& text) {
-        grow(xTexts, xPositions, index);
-        text.copy(&xTexts[index * LabelWidth], LabelWidth);
-        xPositions[index] = at;
+        label(xTexts, xPositions, index, at, text);
     }
     void yLabel(int index, double at, const std::string& text) {
-        grow(yTexts, yPositions, index);
-        text.copy(&yTexts[index * LabelWidth], LabelWidth);
-        yPositions[index] = at;
+        label(yTexts, yPositions, index, at, text);
     }
     // Point labels of series 0, 12 bytes each, and the switch on.
     void pointLabel(int index, const std::string& text) {
@@ -98,11 +94,14 @@ struct ModuleChart {
     short pointLabelSwitch = 0;
 
 private:
-    static void grow(std::vector<char>& texts, std::vector<double>& positions, int index) {
+    static void label(std::vector<char>& texts, std::vector<double>& positions, int index,
+                      double at, const std::string& text) {
         if (positions.size() <= static_cast<std::size_t>(index)) {
             positions.resize(index + 1);
             texts.resize((index + 1) * LabelWidth);
         }
+        text.copy(&texts[index * LabelWidth], LabelWidth);
+        positions[index] = at;
     }
 };
 

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "support/AnalysisFixture.h"
 #include "workbench/services/ModuleChart.h"
 #include "workbench/automation/Dispatcher.h"
 #include "workbench/automation/AutomationRuntime.h"
@@ -15,12 +17,6 @@
 #include "workbench/text/TokenTable.h"
 
 namespace {
-
-wb::Variable named(const std::string& name) {
-    wb::Variable variable;
-    variable.name = name;
-    return variable;
-}
 
 using wb::GraphType;
 using wb::testing::ModuleChart;
@@ -63,7 +59,6 @@ TEST_F(OutputServiceChartsTest, HistogramRequestKeepsSeriesRangesLabelsAndTitles
     EXPECT_EQ(graph.type, GraphType::Histogram);
     EXPECT_EQ(graph.command, 9061);
     EXPECT_EQ(graph.titles, (std::vector<std::string>{title, "REGION = Nord"}));
-    EXPECT_EQ(graph.name(), title);
     EXPECT_EQ(graph.xTitle, "REGION");
     EXPECT_EQ(graph.yTitle, "Effectif");
     ASSERT_EQ(graph.series.size(), 1u);
@@ -110,11 +105,11 @@ TEST_F(OutputServiceChartsTest, PieKeepsPointLabelsAndTheEmptyLastPoint) {
 }
 
 TEST_F(OutputServiceChartsTest, StackedPlotKeepsEverySeries) {
-    // Two variables; the second has one band fewer, so series 2 has X = 0, Y = 0 there.
+    // Two variables; point 1 of series 2 is never written, which leaves it no number.
     ModuleChart chart(2, 3, 2);
     chart.point(0, 0, 1, 100), chart.point(0, 1, 2, 100);
     chart.point(1, 0, 1, 30), chart.point(1, 1, 2, 45);
-    chart.point(2, 0, 1, 0), chart.point(2, 1, 0, 0);
+    chart.point(2, 0, 1, 0);
     chart.colours = {10, 9, 12};
     ASSERT_EQ(chart.send(output), 1) << output.lastError();
 
@@ -122,19 +117,10 @@ TEST_F(OutputServiceChartsTest, StackedPlotKeepsEverySeries) {
     EXPECT_EQ(graph.type, GraphType::Stacked);
     ASSERT_EQ(graph.series.size(), 3u);
     EXPECT_EQ(graph.series[1].y, (std::vector<double>{30, 45}));
-    EXPECT_EQ(graph.series[2].x, (std::vector<double>{1, 0}));
+    ASSERT_EQ(graph.series[2].x.size(), 2u);
+    EXPECT_EQ(graph.series[2].x[0], 1);
+    EXPECT_TRUE(std::isnan(graph.series[2].x[1]) && std::isnan(graph.series[2].y[1]));
     EXPECT_EQ(graph.series[2].colour, 12);
-}
-
-TEST_F(OutputServiceChartsTest, UnwrittenPointsAreNoNumbers) {
-    ModuleChart chart(5, 1, 3);
-    chart.point(0, 0, 1, 4);
-    chart.point(0, 2, 3, 6); // point 1 never written
-    ASSERT_EQ(chart.send(output), 1);
-    const wb::GraphSeries& series = lastGraph().series.at(0);
-    EXPECT_TRUE(std::isnan(series.x[1]));
-    EXPECT_TRUE(std::isnan(series.y[1]));
-    EXPECT_EQ(series.y[2], 6);
 }
 
 TEST_F(OutputServiceChartsTest, RefusesRequestsThatDescribeNoChart) {
@@ -229,79 +215,62 @@ int keepAll(char*, long*, double*, double*, double*) { return 0; }
 int keepAllFloat(char*, long*, double*, float*, float*) { return 0; }
 
 TEST_F(OutputServiceChartsTest, GraphsFromTheCasesNeedAFileAndItsVariables) {
-    short variables[] = {1, 2};
+    short variables[] = {1, 2}, beyond[] = {1, 3};
     char title[] = "Boîtes à Moustaches des Variables Etudiées";
     char none[] = "";
-    EXPECT_EQ(output.CategorizedVarBoxAndWhisker(52, title, none, nullptr, nullptr, 0, 2,
-                                                 variables, nullptr, keepAll),
-              0);
-    EXPECT_NE(output.lastError().find("no data file"), std::string::npos) << output.lastError();
-    EXPECT_EQ(output.CorrelationScatterplot(204, 0, 2, variables, 0, nullptr, 0, nullptr, nullptr,
-                                            nullptr, keepAll, "Corrélations\n"),
-              1)
-        << "the scatterplot call gives 1 when it cannot draw";
-    EXPECT_EQ(output.Histogram3D(4, 0, 1, 0, 0, nullptr, nullptr, 0, title, nullptr, none, nullptr,
-                                 0, nullptr, keepAllFloat),
-              0);
-
-    wb::DataFile file;
-    file.addVariable(named("AGE"));
-    file.addVariable(named("REVENU"));
-    file.appendCase({30, 1200});
-    output.setDataFile(&file);
-    short beyond[] = {1, 3};
+    const auto box = [&](unsigned short style, short count, short* numbers) {
+        return output.CategorizedVarBoxAndWhisker(style, title, none, nullptr, nullptr, 0, count,
+                                                  numbers, nullptr, keepAll);
+    };
+    const auto scatter = [&](short* numbers, const char* titles) {
+        return output.CorrelationScatterplot(204, 0, 2, numbers, 0, nullptr, 0, nullptr, nullptr,
+                                             nullptr, keepAll, titles);
+    };
+    const auto bars3D = [&](short x, short y) {
+        return output.Histogram3D(4, x, y, 0, 0, nullptr, nullptr, 0, title, nullptr, none,
+                                  nullptr, 0, nullptr, keepAllFloat);
+    };
+    const wb::DataFile file = test::makeFile({{"AGE"}, {"REVENU"}}, {{30, 1200}});
+    // The scatterplot call gives 1 when it cannot draw, the others 0.
     const struct {
         const char* what;
-        int result;
+        bool withFile;
+        std::function<int()> draw;
         int failed;
         const char* message;
     } cases[] = {
-        {"style 51", output.CategorizedVarBoxAndWhisker(51, title, none, nullptr, nullptr, 0, 2,
-                                                        variables, nullptr, keepAll),
-         0, "style 51"},
-        {"no variable", output.CategorizedVarBoxAndWhisker(52, title, none, nullptr, nullptr, 0, 0,
-                                                           variables, nullptr, keepAll),
-         0, "no variable"},
-        {"box of variable 3", output.CategorizedVarBoxAndWhisker(52, title, none, nullptr, nullptr,
-                                                                 0, 2, beyond, nullptr, keepAll),
-         0, "no variable 3"},
-        {"scatter of variable 3", output.CorrelationScatterplot(204, 0, 2, beyond, 0, nullptr, 0,
-                                                                nullptr, nullptr, nullptr, keepAll,
-                                                                "Corrélations"),
-         1, "no variable 3"},
-        {"3D of variables 1 and 3 (0 and 2 as they arrive)",
-         output.Histogram3D(4, 0, 2, 0, 0, nullptr, nullptr, 0, title, nullptr, none, nullptr, 0,
-                            nullptr, keepAllFloat),
+        {"box plots without a file", false, [&] { return box(52, 2, variables); }, 0,
+         "no data file"},
+        {"scatterplot without a file", false,
+         [&] { return scatter(variables, "Corrélations\n"); }, 1, "no data file"},
+        {"3D without a file", false, [&] { return bars3D(0, 1); }, 0, "no data file"},
+        {"style 51", true, [&] { return box(51, 2, variables); }, 0, "style 51"},
+        {"no variable", true, [&] { return box(52, 0, variables); }, 0, "no variable to draw"},
+        {"box of variable 3", true, [&] { return box(52, 2, beyond); }, 0, "no variable 3"},
+        {"scatter of variable 3", true, [&] { return scatter(beyond, "Corrélations"); }, 1,
+         "no variable 3"},
+        {"3D of variables 1 and 3 (0 and 2 as they arrive)", true, [&] { return bars3D(0, 2); },
          0, "no variable 3"},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.what);
-        EXPECT_EQ(one.result, one.failed);
+        output.setDataFile(one.withFile ? &file : nullptr);
+        output.clearError();
+        EXPECT_EQ(one.draw(), one.failed);
+        EXPECT_NE(output.lastError().find(one.message), std::string::npos) << output.lastError();
     }
     EXPECT_TRUE(output.documents().empty());
 
     // Made: the scatterplot gives 0, the others 1.
-    EXPECT_EQ(output.CorrelationScatterplot(204, 0, 2, variables, 0, nullptr, 0, nullptr, nullptr,
-                                            nullptr, keepAll, "Corrélations\nTous les cas"),
-              0);
+    EXPECT_EQ(scatter(variables, "Corrélations\nTous les cas"), 0);
     EXPECT_EQ(lastGraph().titles, (std::vector<std::string>{"Corrélations", "Tous les cas"}));
-    EXPECT_EQ(output.Histogram3D(4, 1, 0, 0, 0, nullptr, nullptr, 0, title, nullptr, none, nullptr,
-                                 0, nullptr, keepAllFloat),
-              1);
+    EXPECT_EQ(bars3D(1, 0), 1);
     EXPECT_EQ(lastGraph().histogram3d->x.name, "REVENU") << "x = 1 is the second variable";
     EXPECT_EQ(lastGraph().histogram3d->y.name, "AGE");
     EXPECT_EQ(lastGraph().xTitle, "REVENU");
-}
-
-TEST_F(OutputServiceChartsTest, TitlesOfTheCaseGraphsExpandTheirTokens) {
-    wb::DataFile file;
-    file.addVariable(named("AGE"));
-    file.appendCase({30});
-    output.setDataFile(&file);
+    // The subtitle of a box plot is a token, as DrillString gives it.
     const std::string drill = "REGION = Provence-Alpes-Côte d'Azur";
-    std::string subtitle = tokens.tokenFor(drill); // a token, as DrillString gives it
-    char title[] = "Boîtes à Moustaches des Variables Etudiées";
-    short variables[] = {1};
+    std::string subtitle = tokens.tokenFor(drill);
     ASSERT_EQ(output.CategorizedVarBoxAndWhisker(54, title, subtitle.data(), nullptr, nullptr, 0,
                                                  1, variables, nullptr, keepAll),
               1);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "drilldown/host/HostBlocks.h"
+#include "support/AnalysisFixture.h"
 #include "workbench/services/OutputService.h"
 #include "workbench/text/TokenTable.h"
 
@@ -126,19 +127,9 @@ TEST_F(OutputServiceTest, RefusesArgumentsThatDescribeNoTable) {
     EXPECT_TRUE(output.documents().empty());
 }
 
-} // namespace
-
-namespace {
-
 // A weighted "Effectif" reads as a number of cases; the table says what it is.
 TEST_F(OutputServiceTest, TablesSayWhatTheirWeightsAre) {
-    wb::DataFile file;
-    for (const char* name : {"AGE", "POIDS"}) {
-        wb::Variable variable;
-        variable.name = name;
-        file.addVariable(variable);
-    }
-    file.appendCase({30, 1.5});
+    wb::DataFile file = test::makeFile({{"AGE"}, {"POIDS"}}, {{30, 1.5}});
     output.setDataFile(&file);
     const struct {
         int weight;

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "drilldown/automation/TypeLibrary.h"
-#include "drilldown/dialogs/StartupPanel.h"
 #include "workbench/data/DataFile.h"
 #include "workbench/headless/HeadlessFrontEnd.h"
 #include "workbench/session/AnalysisSession.h"
@@ -31,14 +30,11 @@ protected:
 
 TEST_F(PluginSession, LoadsTheModuleAndStartsAnAnalysis) {
     session.open(smallFile());
-    CDrillDown& analysis = session.startAnalysis();
+    session.startAnalysis();
     // The module registered the type library of its automation object.
     wb::RegisteredLibrary library;
     ASSERT_TRUE(session.automation().registeredLibrary(LIBID_QRXDrillDown, &library));
     EXPECT_EQ(library.name, "QRXDrillDown");
-    EXPECT_EQ(library.interfaces.size(), 2u);
-    EXPECT_EQ(analysis.GetAnalysisID(), 4811);
-    EXPECT_EQ(analysis.GetAnalysisName(), "Analyse Drill-Down ");
     // The start opened the analysis's panel, which closing the analysis closes.
     const HWND window = session.panel();
     ASSERT_NE(window, nullptr);
