@@ -15,6 +15,7 @@
 //   3. read cases with row(), or through the host's case loop.
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -25,6 +26,10 @@
 #include "drilldown/host/RealNumbers.h"
 
 namespace wb {
+
+// What a loader reports now and then as it goes: the share of the file read, 0 to 1, always
+// on the thread that called it.
+using LoadProgress = std::function<void(double share)>;
 
 // A malformed input: the message names the file, and the line and column where known.
 class DataError : public std::runtime_error {

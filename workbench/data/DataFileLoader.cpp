@@ -813,11 +813,11 @@ DataFile parseDataFile(std::string_view csvText, const std::string& csvName,
 
 DataFile loadDataFile(const std::string& path, const LoadProgress& progress) {
     if (isStatisticalFile(path))
-        return importStatisticalFile(path);
+        return importStatisticalFile(path, progress);
     // A native file is known by its magic number, whatever its name; it has no dictionary
     // beside it.
     if (hasNativeMagic(readFileBytes(path, NativeMagic.size())))
-        return readNativeFile(path).data;
+        return readNativeFile(path, progress).data;
     const FileText csv(path);
     const std::string dictionaryPath = path + ".dict.json";
     std::optional<std::string> dictionary;

@@ -64,8 +64,7 @@ namespace wb {
 // A file that starts with the native magic number is loaded as a native file instead
 // (NativeFile.h), whatever its name.
 // An SPSS, Stata or SAS file, known by its extension, is imported instead (ReadStatImport.h).
-// `progress`, when given, hears now and then the share of the CSV text read, 0 to 1.
-using LoadProgress = std::function<void(double share)>;
+// `progress`, when given, hears how far loading has come.
 DataFile loadDataFile(const std::string& path, const LoadProgress& progress = {});
 
 // Loads from text in memory; `csvName` names the CSV text in messages and with

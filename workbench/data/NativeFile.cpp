@@ -363,7 +363,7 @@ NativeContents parseNativeFile(std::string_view bytes, const std::string& name) 
         .parse();
 }
 
-NativeContents readNativeFile(const std::string& path) {
+NativeContents readNativeFile(const std::string& path, const LoadProgress& progress) {
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr)
         throw DataError(path + ": cannot open the file: " + systemError());
@@ -390,12 +390,14 @@ NativeContents readNativeFile(const std::string& path) {
     bool readingRows = false;
     try {
         return Parser(dictionary, path, size,
-                      [&](std::size_t, std::size_t count, std::string& buffer) {
+                      [&](std::size_t offset, std::size_t count, std::string& buffer) {
                           readingRows = true;
                           buffer.clear();
                           readInto(buffer, count);
                           if (buffer.size() != count)
                               throw DataError(path + ": the file ended while it was read");
+                          if (progress)
+                              progress(double(offset + count) / double(size));
                           return std::string_view(buffer);
                       })
             .parse();

@@ -76,7 +76,7 @@ std::string encodeNativeDictionary(const NativeDictionary& dictionary);
 // Reads a whole native file held in memory; `name` stands for it in messages and becomes
 // the data file's path.
 NativeContents parseNativeFile(std::string_view bytes, const std::string& name);
-NativeContents readNativeFile(const std::string& path);
+NativeContents readNativeFile(const std::string& path, const LoadProgress& progress = {});
 
 // The native form of `file`. `categorical` holds one flag per variable, or is empty.
 std::string nativeFileBytes(const DataFile& file, const std::vector<bool>& categorical = {});

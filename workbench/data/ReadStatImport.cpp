@@ -251,7 +251,8 @@ struct Column {
 
 class Importer {
 public:
-    Importer(std::string path, const FileKind& kind) : m_path(std::move(path)), m_kind(kind) {}
+    Importer(std::string path, const FileKind& kind, const LoadProgress& progress)
+        : m_path(std::move(path)), m_kind(kind), m_progress(progress) {}
 
     DataFile run() {
         checkReadable();
@@ -327,6 +328,12 @@ private:
                                                     const char* label, void* context) {
             return guarded(context, [&](Importer& importer) {
                 importer.onValueLabel(labelSet, value, label);
+            });
+        });
+        readstat_set_progress_handler(parser, [](double share, void* context) {
+            return guarded(context, [&](Importer& importer) {
+                if (importer.m_progress)
+                    importer.m_progress(share);
             });
         });
         readstat_set_error_handler(parser, [](const char* message, void* context) {
@@ -518,6 +525,7 @@ private:
 
     std::string m_path;
     const FileKind& m_kind;
+    const LoadProgress& m_progress;
     DataFile m_file;
     std::vector<Column> m_columns;
     std::unordered_set<std::string> m_names;
@@ -538,12 +546,12 @@ bool isStatisticalFile(const std::string& path) {
     return kindOf(path) != nullptr;
 }
 
-DataFile importStatisticalFile(const std::string& path) {
+DataFile importStatisticalFile(const std::string& path, const LoadProgress& progress) {
     const FileKind* kind = kindOf(path);
     if (kind == nullptr)
         throw DataError(path + ": not a SPSS, Stata or SAS data file (.sav, .zsav, .por, .dta, "
                                ".sas7bdat)");
-    return Importer(path, *kind).run();
+    return Importer(path, *kind, progress).run();
 }
 
 } // namespace wb

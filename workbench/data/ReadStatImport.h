@@ -45,7 +45,8 @@ namespace wb {
 // True when `path` ends in .sav, .zsav, .por, .dta or .sas7bdat, in any case.
 bool isStatisticalFile(const std::string& path);
 
-// Imports the file at `path`; its extension says which format it is in.
-DataFile importStatisticalFile(const std::string& path);
+// Imports the file at `path`; its extension says which format it is in. `progress`, when
+// given, hears how far reading has come.
+DataFile importStatisticalFile(const std::string& path, const LoadProgress& progress = {});
 
 } // namespace wb

@@ -2,10 +2,12 @@
 
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QVBoxLayout>
 
 #include "workbench/data/DataFileLoader.h"
@@ -84,6 +86,18 @@ void SelectionDialog::accept() {
     QDialog::accept();
 }
 
+DataFile loadShowingProgress(const QString& path, QWidget* parent) {
+    QProgressDialog progress(QStringLiteral("Chargement de %1…").arg(QFileInfo(path).fileName()),
+                             QString(), 0, 1000, parent);
+    progress.setWindowTitle(QStringLiteral("Drill-Down"));
+    // Application modal, as during a scan: the events that each step lets through reach no
+    // command that touches the session.
+    progress.setWindowModality(Qt::ApplicationModal);
+    progress.setMinimumDuration(500);
+    return loadDataFile(path.toStdString(),
+                        [&](double share) { progress.setValue(int(share * 1000)); });
+}
+
 bool openOtherDataFile(AnalysisSession& session, QWidget* parent) {
     const QString path = QFileDialog::getOpenFileName(
         parent, QStringLiteral("Ouvrir un fichier de données"), {},
@@ -91,7 +105,7 @@ bool openOtherDataFile(AnalysisSession& session, QWidget* parent) {
     if (path.isEmpty())
         return false;
     try {
-        DataFile opened = loadDataFile(path.toStdString());
+        DataFile opened = loadShowingProgress(path, parent);
         session.changeFile([&](DataFile& file) { file = std::move(opened); });
     } catch (const DataError& error) {
         QMessageBox::warning(parent, QStringLiteral("Drill-Down"), qtext(error.what()));

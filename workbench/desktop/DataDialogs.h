@@ -46,6 +46,10 @@ private:
     QLabel* m_problem;
 };
 
+// Loads the data file at `path` as loadDataFile does, showing how far loading has come once it
+// takes more than a moment.
+DataFile loadShowingProgress(const QString& path, QWidget* parent);
+
 // Asks for a data file and opens it in place of the session's file: true when one was
 // opened. A file that cannot be read is told with its message, and the file stays.
 bool openOtherDataFile(AnalysisSession& session, QWidget* parent);

@@ -315,7 +315,7 @@ bool MainWindow::exportDocument(int id, const QString& path) {
 
 bool MainWindow::openFile(const QString& path) {
     try {
-        m_session.open(loadDataFile(path.toStdString()));
+        m_session.open(loadShowingProgress(path, this));
     } catch (const DataError& error) {
         QMessageBox::warning(this, windowTitle(), qtext(error.what()));
         return false;

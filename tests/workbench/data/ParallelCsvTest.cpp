@@ -3,12 +3,11 @@
 // (a quote may hide a line break, so a file with one is never cut into stretches), and the
 // same from memory as from a file on disk, whose pages are let go as they are read.
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
 
 #include <gtest/gtest.h>
 
+#include "support/TempDir.h"
 #include "workbench/data/DataFileLoader.h"
 
 namespace {
@@ -57,11 +56,9 @@ void expectSameFile(const wb::DataFile& a, const wb::DataFile& b) {
 wb::DataFile load(const std::string& csv, bool fromDisk) {
     if (!fromDisk)
         return wb::parseDataFile(csv, "data.csv", Dictionary);
-    const auto dir = std::filesystem::temp_directory_path() / "parallel-csv-test";
-    std::filesystem::create_directories(dir);
-    const std::string path = (dir / "data.csv").string();
-    std::ofstream(path, std::ios::binary) << csv;
-    std::ofstream(path + ".dict.json") << Dictionary;
+    const wb::testing::TempDir dir;
+    const std::string path = dir.write("data.csv", csv);
+    dir.write("data.csv.dict.json", Dictionary);
     try {
         return wb::loadDataFile(path);
     } catch (const wb::DataError& error) {

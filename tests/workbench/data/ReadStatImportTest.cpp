@@ -5,6 +5,7 @@
 
 #include "workbench/data/ReadStatImport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -167,7 +168,11 @@ TEST(ReadStatImportTest, ImportsEachFormat) {
                                {.name = "WEIGHT", .cells = {1.5, 2.0, 0.5, 1.0}}},
                    .weight = 3});
 
-        const wb::DataFile file = wb::loadDataFile(dir.path(c.fileName));
+        std::vector<double> shares;
+        const wb::DataFile file = wb::loadDataFile(dir.path(c.fileName),
+                                                   [&](double share) { shares.push_back(share); });
+        EXPECT_FALSE(shares.empty()) << "no report of progress";
+        EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
         ASSERT_EQ(file.variableCount(), 4);
         EXPECT_EQ(file.variable(1).name, "REGION");
         EXPECT_EQ(file.variable(1).longName, "Region");
