@@ -371,14 +371,17 @@ private:
     template <typename VisitBlock> LoopEnd RunCaseLoop(VisitBlock&& visit);
     // The same with the cases split into `parts`, each read into visit(part, block).
     template <typename VisitPart> LoopEnd RunPartedLoop(int parts, VisitPart&& visit);
-    // Reads one part on the calling thread, through ReadCase, polling the user's break.
-    template <typename VisitBlock>
-    LoopEnd ReadCasesHere(CaseRange range, double* rows, VisitBlock&& visit);
-    // Reads one part on another thread, through cstrtw alone, until `stop`; counts the cases
-    // cstrtw delivered.
-    template <typename VisitBlock>
-    LoopEnd ReadCasesAside(CaseRange range, double* rows, const std::atomic<bool>& stop,
-                           int& delivered, VisitBlock&& visit);
+    // How a part is read: on the calling thread it keeps the host's blocks; on another it
+    // gives up, between stretches, once `stop` is set.
+    struct PartReader {
+        bool keepsBlocks;
+        const std::atomic<bool>* stop;
+    };
+    // Reads the cases of one part a block at a time into `visit`, the break asked for with
+    // `poll` (ReadCase.h); `buffer` holds a block when the host does not hand over its rows.
+    template <typename Poll, typename VisitBlock>
+    LoopEnd ReadPart(CaseRange range, double* buffer, PartReader reader, Poll&& poll,
+                     VisitBlock&& visit);
     // Walks the cases the subset keeps, each with its weight (SubsetTest.h).
     template <typename Visit> LoopEnd RunSubsetLoop(const SubsetTest& subset, Visit&& visit);
     // Allocates the seven per-variable arrays; false when memory ran out.

@@ -12,11 +12,11 @@
 //
 // Ownership: the host owns its services and keeps them alive while any analysis exists.
 // The module never deletes them.
-// Threads and re-entrancy: every call comes on the user-interface thread but one: while a
-// scan of a large file runs, cstrtw is also called from the scan's other threads, for
-// other cases, at the same time. cstrtw must therefore only read the file (no state of its
-// own changes per call), and the file must not change while a scan runs. A service must
-// not call back into the analysis that called it.
+// Threads and re-entrancy: every call comes on the user-interface thread but two: while a
+// scan of a large file runs, cstrtw and ReadCaseRows are also called from the scan's other
+// threads, for other cases, at the same time. They must therefore only read the file (no
+// state of their own changes per call), and the file must not change while a scan runs. A
+// service must not call back into the analysis that called it.
 // Exceptions: a service reports failure through its result (0, an error code, a cancelled
 // dialog) and throws nothing into the module, with these exceptions:
 //   - the calls that run a dialog (HostDialogs::DoubleVarListDialog, RunModalDialog,
@@ -28,6 +28,7 @@
 //     the host's caller; the automation object turns it into E_FAIL.
 // No other service may throw; a host that can fail elsewhere catches at its own boundary.
 
+#include <cstddef>
 #include <string>
 
 #include "HostAutomation.h"
@@ -67,6 +68,31 @@ public:
     virtual void dstop() = 0;
     // Non-zero when the user has asked to stop; asked once per case delivered.
     virtual int lookbr() = 0;
+    // Asks `count` times at once, as many calls of lookbr would, stopping at the first that
+    // reports a break: gives how many went by before it, `count` when none did. Scans ask
+    // so for a block of cases; a host overrides it when its answer costs less in one go.
+    virtual int PollBreaks(int count) {
+        for (int i = 0; i < count; ++i)
+            if (lookbr() != 0)
+                return i;
+        return count;
+    }
+};
+
+// A stretch of cases read at once (HostData::ReadCaseRows). The caller fills the first
+// part, the host the second.
+struct CaseRows {
+    int first;                 // the first case
+    int count;                 // how many, from it on
+    double* buffer;            // room for `count` rows of `bufferStride` doubles (NVars + 1)
+    std::size_t bufferStride;
+    short* results;            // `count` entries: what cstrtw gives for each case
+    double* weights;           // `count` entries: the weight cstrtw gives for each case
+
+    const double* values = nullptr;  // the first case's row, laid out as cstrtw fills one
+    std::size_t stride = 0;          // doubles from one case's row to the next
+    int hasWeight = 0;               // as cstrtw gives them, the same for every case
+    int weightVar = 0;
 };
 
 // The open data file: its dictionary and its cases. Variables count from 1, cases from 1,
@@ -81,6 +107,17 @@ public:
     // condition, 2 reading broken off. The last three outputs may be null.
     virtual short cstrtw(int caseNo, double* values, int* hasWeight, double* weight,
                          int* weightVar) = 0;
+    // Reads a stretch of cases as cstrtw reads each of them, for scans, which would
+    // otherwise pay a call and a copy per case: a host that holds its rows as cstrtw lays
+    // them out points `values` into its own storage, any other fills `buffer`. Rows from the
+    // first case given 2 on may hold anything.
+    virtual void ReadCaseRows(CaseRows& rows) {
+        rows.values = rows.buffer;
+        rows.stride = rows.bufferStride;
+        for (int i = 0; i < rows.count; ++i)
+            rows.results[i] = cstrtw(rows.first + i, rows.buffer + i * rows.bufferStride,
+                                     &rows.hasWeight, &rows.weights[i], &rows.weightVar);
+    }
     // Writes the variable's missing-data code.
     virtual void getmd5(int var, double* code) = 0;
     // Writes the variable's short name, at most 8 bytes and a terminator, into name[9];

@@ -250,7 +250,7 @@ int CDrillDown::FillNeatIntervals() {
     const LoopEnd end = RunCaseLoop([&](const CaseBlock& block) {
         for (int i = 0; i < block.count; ++i) {
             const double* values = block.Row(i);
-            if (MD == 1 && incomplete.AnyMissing(values))
+            if (!block.Counts(i) || (MD == 1 && incomplete.AnyMissing(values)))
                 continue;
             for (int j = 0; j < NoContinuous; ++j)
                 if (MD == 1 || !RealEqual(values[Continuous[j]], codes[j]))

@@ -25,7 +25,7 @@ void KeepWhere(const CaseBlock& block, short variable, uint8_t* inside, Test&& h
 
 void SubsetTest::Select(const CaseBlock& block, uint8_t* inside) const {
     for (int i = 0; i < block.count; ++i)
-        inside[i] = 1;
+        inside[i] = static_cast<uint8_t>(block.Counts(i));
     for (const DrillStepTest& step : m_steps) {
         const double lower = step.lower;
         const double upper = step.upper;

@@ -33,14 +33,16 @@ public:
                 return true;
         return false;
     }
-    // inside[i] becomes 1 for each case of the block that lies inside the subset, else 0.
+    // inside[i] becomes 1 for each case of the block that counts and lies inside the subset,
+    // else 0.
     void Select(const CaseBlock& block, uint8_t* inside) const;
 
 private:
     std::vector<DrillStepTest> m_steps;
 };
 
-// Hands each case of the block that the subset keeps, with its weight, to `visit`.
+// Hands each case of the block that counts and that the subset keeps, with its weight, to
+// `visit`.
 template <typename Visit>
 void VisitSubsetCases(const SubsetTest& subset, const CaseBlock& block, Visit&& visit) {
     uint8_t inside[CaseBlock::Capacity];

@@ -9,7 +9,9 @@
 #include <cmath>
 #include <random>
 
+#include "drilldown/core/ModuleEntry.h"
 #include "support/AnalysisFixture.h"
+#include "workbench/services/DataService.h"
 
 namespace {
 
@@ -78,6 +80,12 @@ void expectSameRecords(const DrillSet& parted, const DrillSet& onePass) {
     }
 }
 
+// A host that holds no rows as the scans read them: every case comes through cstrtw, copied.
+class CaseByCaseData : public wb::DataService {
+public:
+    void ReadCaseRows(CaseRows& rows) override { HostData::ReadCaseRows(rows); }
+};
+
 struct Snapshot {
     DrillSet downs, reviews;
     int validVar;
@@ -91,9 +99,16 @@ struct Scenario {
 
 class ScanParts : public test::AnalysisFixture {
 protected:
-    // The state after each scan of a short session, the cases split into `parts`.
-    std::vector<Snapshot> run(const Scenario& scenario, int parts) {
+    CaseByCaseData caseByCase;
+    // The state after each scan of a short session, the cases split into `parts`, read
+    // through the session's data service or, when `copying`, through one that copies.
+    std::vector<Snapshot> run(const Scenario& scenario, int parts, bool copying = false) {
         open(partedFile());
+        HostData*& data = Vmk6AnalysisContext()->Host.Data;
+        HostData* const service = data;
+        caseByCase.setDataFile(&file);
+        if (copying)
+            data = &caseByCase;
         analysis->Split = ScanSplit{parts, 1000};
         analysis->SetWM(scenario.wm);
         analysis->SetRVMD(scenario.rvmd);
@@ -110,6 +125,7 @@ protected:
         note();
         EXPECT_EQ(analysis->ReadBeforeDrill(0), 1);
         note();
+        data = service;
         return states;
     }
 };
@@ -132,6 +148,19 @@ TEST_F(ScanParts, LeaveWhatOnePassLeaves) {
             expectSameRecords(parted[k].downs, onePass[k].downs);
             expectSameRecords(parted[k].reviews, onePass[k].reviews);
         }
+    }
+}
+
+TEST_F(ScanParts, AHostThatCopiesCaseByCaseGivesTheSameResults) {
+    const Scenario scenario{"weighted moments, reviews casewise", {C, Many, Full, Exact}, 1, 1};
+    const std::vector<Snapshot> inPlace = run(scenario, 3);
+    const std::vector<Snapshot> copied = run(scenario, 3, true);
+    ASSERT_EQ(copied.size(), inPlace.size());
+    for (std::size_t k = 0; k < copied.size(); ++k) {
+        SCOPED_TRACE(k);
+        EXPECT_EQ(copied[k].validVar, inPlace[k].validVar);
+        expectSameRecords(copied[k].downs, inPlace[k].downs);
+        expectSameRecords(copied[k].reviews, inPlace[k].reviews);
     }
 }
 

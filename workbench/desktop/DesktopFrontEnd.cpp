@@ -23,7 +23,7 @@ namespace wb::desktop {
 namespace {
 
 constexpr const char* Caption = "Drill-Down";
-// lookbr comes once per case: the dialog is looked at once every so many.
+// A break is asked for once per case: the dialog is looked at once every so many.
 constexpr unsigned long CallsBetweenRedraws = 4096;
 
 } // namespace
@@ -166,15 +166,33 @@ void DesktopFrontEnd::dstop() {
     m_progress = nullptr;
 }
 
-int DesktopFrontEnd::lookbr() {
-    if (++m_calls % CallsBetweenRedraws != 0 || !m_progress)
-        return 0;
+int DesktopFrontEnd::lookbr() { return PollBreaks(1) == 1 ? 0 : 1; }
+
+int DesktopFrontEnd::PollBreaks(int count) {
+    // Only every so many calls look at the dialog; the others only count.
+    for (int passed = 0; passed < count;) {
+        const unsigned long toNext = CallsBetweenRedraws - m_calls % CallsBetweenRedraws;
+        if (toNext > static_cast<unsigned long>(count - passed)) {
+            m_calls += count - passed;
+            break;
+        }
+        m_calls += toNext;
+        passed += static_cast<int>(toNext);
+        if (cancelledAtRedraw())
+            return passed - 1;
+    }
+    return count;
+}
+
+bool DesktopFrontEnd::cancelledAtRedraw() {
+    if (!m_progress)
+        return false;
     if (m_total > 0)
         m_progress->setValue(int(std::min<unsigned long>(1000, m_calls * 1000 / m_total)));
     // The progress dialog is application modal: the events it lets through reach no command
     // that touches the analysis.
     QApplication::processEvents();
-    return m_progress->wasCanceled() ? 1 : 0;
+    return m_progress->wasCanceled();
 }
 
 std::optional<BrushingChoice> DesktopFrontEnd::brush(const BrushingCall& call) {

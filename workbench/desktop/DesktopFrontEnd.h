@@ -70,10 +70,13 @@ public:
     void dstart(unsigned long total) override;
     void dstop() override;
     int lookbr() override;
+    int PollBreaks(int count) override;
 
 private:
     QWidget* m_owner;
     void placeNextDrillPane(TemplateDialog& panel);
+    // Redraws the progress dialog, lets its events through; true when the user cancelled.
+    bool cancelledAtRedraw();
     void showNextDrillPane(TemplateDialog& panel, bool shown);
     bool m_nextDrillShown = true;
 

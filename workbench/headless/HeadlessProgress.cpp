@@ -46,16 +46,25 @@ void HeadlessProgress::dstop() {
     m_open = false;
 }
 
-int HeadlessProgress::lookbr() {
-    ++m_calls;
+int HeadlessProgress::lookbr() { return PollBreaks(1) == 1 ? 0 : 1; }
+
+int HeadlessProgress::PollBreaks(int count) {
+    if (count <= 0)
+        return 0;
+    // The calls up to and including the first that reports a break.
+    unsigned long made = static_cast<unsigned long>(count);
+    if (breakRequested())
+        made = 1;
+    else if (m_breakAt > m_calls && m_breakAt - m_calls <= made)
+        made = m_breakAt - m_calls;
+    const bool broken = breakRequested() || m_calls + made == m_breakAt;
+    m_calls += made;
     if (m_open) {
-        ++m_position;
+        m_position += made;
         if (m_position >= m_nextDraw)
             draw();
     }
-    if (m_calls == m_breakAt)
-        return 1;
-    return breakRequested() ? 1 : 0;
+    return broken ? static_cast<int>(made) - 1 : count;
 }
 
 void HeadlessProgress::draw() {

@@ -2,7 +2,8 @@
 // The headless front end's progress display and user break.
 //
 // The module opens the display with dstart(total), then says nothing until dstop, but it
-// calls lookbr once for every case it reads; so lookbr is what moves the bar. Work that is
+// asks for a break once for every case it reads (lookbr, or PollBreaks for many cases at
+// once); so that is what moves the bar. Work that is
 // not the module's (loading a file) moves it with advanceTo. The bar is redrawn only when
 // its whole percentage changes (at most 101 times a scan), only once the work has lasted a
 // second (work done sooner shows nothing), and only when it has a terminal to draw on: by
@@ -36,6 +37,8 @@ public:
     void dstart(unsigned long total) override;
     void dstop() override;
     int lookbr() override;
+    // What `count` lookbr calls do, at the cost of one.
+    int PollBreaks(int count) override;
     // Moves the bar to `position` of the total, for work that has no lookbr of its own.
     void advanceTo(unsigned long position);
 

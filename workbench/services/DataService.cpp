@@ -112,19 +112,66 @@ short DataService::cstrtw(int caseNo, double* values, int* hasWeight, double* we
             values[i] = row[i];
     }
     const int weighting = m_file->weightVariable();
-    double caseWeight = 1.0;
-    if (weighting != 0) {
-        caseWeight = row[weighting];
-        if (m_file->isMissing(weighting, caseWeight))
-            caseWeight = 0.0;
-    }
     if (hasWeight != nullptr)
         *hasWeight = weighting != 0 ? 1 : 0;
     if (weight != nullptr)
-        *weight = caseWeight;
+        *weight = weightIn(row);
     if (weightVar != nullptr)
         *weightVar = weighting;
     return m_file->isSelected(caseNo) ? 0 : 1;
+}
+
+void DataService::ReadCaseRows(CaseRows& rows) {
+    const int weighting = m_file == nullptr ? 0 : m_file->weightVariable();
+    rows.hasWeight = weighting != 0 ? 1 : 0;
+    rows.weightVar = weighting;
+    // Cases the file does not have, and the case to break at, give 2, as from cstrtw.
+    int readable = 0;
+    if (m_file != nullptr && rows.first >= 1)
+        readable = std::clamp(m_file->caseCount() - rows.first + 1, 0, rows.count);
+    if (m_breakCase >= rows.first && m_breakCase < rows.first + readable)
+        readable = m_breakCase - rows.first;
+    std::fill(rows.results + readable, rows.results + rows.count, short(2));
+    if (readable == 0) {
+        rows.values = rows.buffer;
+        rows.stride = rows.bufferStride;
+        return;
+    }
+    // The file's rows are laid out as cstrtw fills a buffer: they are handed over in place.
+    rows.values = m_file->row(rows.first);
+    rows.stride = m_file->stride();
+    prefetchAfter(rows.first + readable, readable);
+    if (weighting == 0) {
+        std::fill(rows.weights, rows.weights + readable, 1.0);
+    } else {
+        // The weights are gathered first, in a loop that does nothing else, so that the
+        // processor has many rows on their way from memory at once.
+        const double* column = rows.values + weighting;
+        for (int i = 0; i < readable; ++i)
+            rows.weights[i] = column[std::size_t(i) * rows.stride];
+        const double code = m_file->variable(weighting).missingCode;
+        for (int i = 0; i < readable; ++i)
+            rows.weights[i] = RealEqual(rows.weights[i], code) ? 0.0 : rows.weights[i];
+    }
+    for (int i = 0; i < readable; ++i)
+        rows.results[i] = m_file->isSelected(rows.first + i) ? 0 : 1;
+}
+
+void DataService::prefetchAfter(int caseNo, int count) const {
+    const int last = std::min(m_file->caseCount(), caseNo + count - 1);
+    if (caseNo > last)
+        return;
+    const char* from = reinterpret_cast<const char*>(m_file->row(caseNo));
+    const char* to = reinterpret_cast<const char*>(m_file->row(last) + m_file->stride());
+    for (const char* line = from; line < to; line += 64)
+        __builtin_prefetch(line);
+}
+
+double DataService::weightIn(const double* row) const {
+    const int weighting = m_file->weightVariable();
+    if (weighting == 0)
+        return 1.0;
+    return m_file->isMissing(weighting, row[weighting]) ? 0.0 : row[weighting];
 }
 
 const Variable* DataService::variableAt(int var) const {

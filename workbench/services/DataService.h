@@ -6,8 +6,8 @@
 // file, or one changed in place (call setDataFile again with the same file), is what the
 // next scan sees.
 //
-// The case loop is the hot path: cstrtw copies the case's row, NVars + 1 doubles, with one
-// memcpy, and works out the weight and the selection without allocating.
+// The case loop is the hot path: ReadCaseRows hands the scans the file's rows where they lie
+// and works out weights and the selection without allocating; cstrtw copies one case's row.
 //
 // Arguments out of range (no file, a variable or case number the file does not have) are
 // the caller's error; the service answers them harmlessly: cstrtw gives 2, getmd5 and
@@ -41,6 +41,8 @@ public:
     // 1 and weightVar 0; a missing weight is 0, a negative one stays as it is.
     short cstrtw(int caseNo, double* values, int* hasWeight, double* weight,
                  int* weightVar) override;
+    // Hands over the file's own rows, copying nothing.
+    void ReadCaseRows(CaseRows& rows) override;
     void getmd5(int var, double* code) override;
     // Blank padded to 8 bytes and terminated.
     void getvn5(int var, char* name) override;
@@ -60,6 +62,11 @@ public:
 
 private:
     void fillBlocks();
+    // Asks the processor to fetch the rows of `count` cases from `caseNo` on, so that they
+    // arrive while the scan works on the rows before them.
+    void prefetchAfter(int caseNo, int count) const;
+    // The weight cstrtw gives for a case of the file: 1 unweighted, 0 when missing.
+    double weightIn(const double* row) const;
     const Variable* variableAt(int var) const;
     // The label of `value` under RealEqual, or null.
     const std::string* labelOf(const Variable& variable, double value) const;

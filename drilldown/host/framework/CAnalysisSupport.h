@@ -140,6 +140,8 @@ public:
         return Host().Data->cstrtw(caseNo, values, hasWeight, weight, weightVar);
     }
     int lookbr() { return Host().Progress->lookbr(); }
+    void ReadCaseRows(CaseRows& rows) { Host().Data->ReadCaseRows(rows); }
+    int PollBreaks(int count) { return Host().Progress->PollBreaks(count); }
     void d_pbar(const char* text);
     void dstart(unsigned long total);
     void dstop();

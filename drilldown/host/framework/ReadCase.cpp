@@ -29,3 +29,21 @@ void PutCaseName(CAnalysisSupport& analysis, int caseNo) {
     if (!name.empty() && static_cast<int>(name.size()) + 1 < CaseNameField)
         std::memcpy(field, name.data(), std::min<std::size_t>(name.size(), room));
 }
+
+void KeepCaseBlocks(CAnalysisSupport& analysis, const CaseRows& rows, int last) {
+    // cstrtw leaves the weight block alone when it gives 2, which only the last case can.
+    const int weighed = rows.results[last] == 2 ? last - 1 : last;
+    if (weighed >= 0) {
+        Wght_com& block = ModuleBlocks().Wght;
+        block.WeightValue = rows.weights[weighed];
+        block.WeightSingle = static_cast<float>(rows.weights[weighed]);
+        block.WeightOn = rows.hasWeight != 0 ? 1 : 0;
+        block.WeightVar = static_cast<uint16_t>(rows.weightVar);
+    }
+    if (ModuleBlocks().Vmk88.CaseNameLen != 0) {
+        b1_com& b1 = ModuleBlocks().B1;
+        std::memset(b1.CaseName, 0, sizeof b1.CaseName);
+        b1.CaseNamePos = 1;
+        PutCaseName(analysis, rows.first + last);
+    }
+}

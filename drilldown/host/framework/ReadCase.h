@@ -1,8 +1,6 @@
 #pragma once
-// The module's layer over the host's cstrtw: reads one case into a value buffer and keeps
-// the weight and case-name blocks up to date.
-
-// Written in the header: every scan calls it once per case.
+// The module's layer over the host's reading of cases: the scans read a stretch of cases at
+// a time, and the weight and case-name blocks end as if they had read them one by one.
 
 #include "CAnalysisSupport.h"
 
@@ -10,20 +8,26 @@
 // file's case-name width; a name longer than that goes as its token. Nothing without names.
 void PutCaseName(CAnalysisSupport& analysis, int caseNo);
 
-// Gives what cstrtw gives: 0 the case is delivered, 1 it is left out, 2 reading is broken off.
-inline short ReadCase(CAnalysisSupport& analysis, int* caseNo, double* values) {
-    HostBlocks& blocks = ModuleBlocks();
-    int hasWeight = 0;
-    double weight = 0;
-    int weightVar = 0;
-    const short result = analysis.cstrtw(*caseNo, values, &hasWeight, &weight, &weightVar);
-    if (result == 0 || result == 1) {
-        blocks.Wght.WeightValue = weight;
-        blocks.Wght.WeightSingle = static_cast<float>(weight);
-        blocks.Wght.WeightOn = hasWeight != 0 ? 1 : 0;
-        blocks.Wght.WeightVar = static_cast<uint16_t>(weightVar);
-    }
-    if (blocks.Vmk88.CaseNameLen != 0)
-        PutCaseName(analysis, *caseNo);
-    return result;
+// Reads the stretch of cases that `rows` asks for, as a loop over its cases would read them
+// one by one: each through cstrtw, each case delivered followed by a lookbr, stopping at a
+// case given 2 or at a break. Gives how many cases that loop would have gone through before
+// it stopped: rows.count when it did not. poll(n) asks n times for a break and gives how
+// many times went by before one came, n when none did.
+template <typename Poll> int ReadCase(CAnalysisSupport& analysis, CaseRows& rows, Poll&& poll) {
+    analysis.ReadCaseRows(rows);
+    int readable = 0;
+    int delivered = 0;
+    for (; readable < rows.count && rows.results[readable] != 2; ++readable)
+        delivered += rows.results[readable] == 0 ? 1 : 0;
+    const int polled = poll(delivered);
+    if (polled == delivered)
+        return readable;
+    // The break came with the case delivered after `polled` others.
+    for (int i = 0, passed = 0;; ++i)
+        if (rows.results[i] == 0 && passed++ == polled)
+            return i;
 }
+
+// Leaves the weight and case-name blocks as reading the cases of `rows` up to the one at
+// `last` one by one leaves them.
+void KeepCaseBlocks(CAnalysisSupport& analysis, const CaseRows& rows, int last);

@@ -122,6 +122,41 @@ TEST(HeadlessProgress, BreakAtCallReportsOnceAtThatCall) {
     }
 }
 
+// Asking many times at once answers, and moves the bar, as asking one time after another.
+TEST(HeadlessProgress, PollBreaksDoesWhatAsManyLookbrCallsDo) {
+    const struct {
+        int count;
+        unsigned long breakAt;  // breakAtCall, 0 for none
+        bool requested;
+        int passed;
+    } rows[] = {
+        {10, 0, false, 10}, {10, 4, false, 3},  {10, 10, false, 9}, {10, 11, false, 10},
+        {10, 0, true, 0},   {0, 0, true, 0},    {1, 1, false, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.count << " polls, break at " << row.breakAt);
+        wb::HeadlessProgress many(nullptr), one(nullptr);
+        for (wb::HeadlessProgress* progress : {&many, &one}) {
+            progress->dstart(100);
+            progress->breakAtCall(row.breakAt);
+            if (row.requested)
+                progress->requestBreak();
+        }
+        auto pollOneByOne = [&one](int count) {
+            int passed = 0;
+            while (passed < count && one.lookbr() == 0)
+                ++passed;
+            return passed;
+        };
+        EXPECT_EQ(pollOneByOne(row.count), row.passed);
+        EXPECT_EQ(many.PollBreaks(row.count), row.passed);
+        EXPECT_EQ(many.lookbrCalls(), one.lookbrCalls());
+        EXPECT_EQ(many.position(), one.position());
+        // What comes after a break: it was reported once, or it stands.
+        EXPECT_EQ(many.PollBreaks(3), pollOneByOne(3));
+    }
+}
+
 TEST(HeadlessProgress, BreakRequestStandsUntilCleared) {
     wb::HeadlessProgress progress(nullptr);
     EXPECT_EQ(progress.lookbr(), 0);

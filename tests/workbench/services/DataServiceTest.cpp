@@ -90,7 +90,7 @@ const struct {
     short result;
     double weight;
     const char* comment;
-} CaseRows[] = {
+} Cases[] = {
     {1, 0, Weight, "", 0, 2.5, "delivered with its weight"},
     {2, 0, Weight, "", 0, 0.0, "a missing weight counts as 0"},
     {3, 0, Weight, "", 0, -1.0, "a negative weight stays for the module to drop"},
@@ -104,7 +104,7 @@ const struct {
 };
 
 TEST_F(DataServiceTest, CstrtwDeliversTheRowAndTheWeight) {
-    for (const auto& row : CaseRows) {
+    for (const auto& row : Cases) {
         SCOPED_TRACE(row.comment);
         m_data.breakAtCase(row.breakAt);
         m_file.setWeightVariable(row.weighting);
@@ -128,6 +128,46 @@ TEST_F(DataServiceTest, CstrtwDeliversTheRowAndTheWeight) {
         EXPECT_EQ(weightVar, row.weighting);
     }
     EXPECT_EQ(m_data.cstrtw(2, nullptr, nullptr, nullptr, nullptr), 0) << "outputs may be null";
+}
+
+// A stretch read at once gives, case by case, what cstrtw gives, up to the first case given 2.
+TEST_F(DataServiceTest, ReadCaseRowsReadsAsCstrtwDoes) {
+    const struct {
+        int first, count, breakAt, weighting;
+        const char* selection;
+    } stretches[] = {
+        {1, 3, 0, Weight, ""},        {1, 3, 0, 0, ""},  {2, 2, 0, Weight, "AGE > 30"},
+        {1, 3, 2, Weight, ""},        {2, 4, 0, Weight, ""},  // runs past the last case
+        {0, 2, 0, Weight, ""},        {4, 1, 0, Weight, ""},
+    };
+    for (const auto& stretch : stretches) {
+        SCOPED_TRACE(testing::Message() << "cases " << stretch.first << " on, " << stretch.count
+                                        << ", break at " << stretch.breakAt);
+        m_data.breakAtCase(stretch.breakAt);
+        m_file.setWeightVariable(stretch.weighting);
+        m_file.setSelection(stretch.selection);
+        std::vector<double> buffer(stretch.count * (VarCount + 1));
+        std::vector<short> results(stretch.count);
+        std::vector<double> weights(stretch.count);
+        ::CaseRows rows{stretch.first, stretch.count, buffer.data(), VarCount + 1,
+                        results.data(), weights.data()};
+        m_data.ReadCaseRows(rows);
+        for (int i = 0; i < stretch.count; ++i) {
+            std::vector<double> values(VarCount + 1);
+            int hasWeight = 0, weightVar = 0;
+            double weight = 0;
+            const short result =
+                m_data.cstrtw(stretch.first + i, values.data(), &hasWeight, &weight, &weightVar);
+            ASSERT_EQ(rows.results[i], result) << "case " << stretch.first + i;
+            if (result == 2)
+                break;
+            EXPECT_EQ(rows.weights[i], weight);
+            EXPECT_EQ(rows.hasWeight, hasWeight);
+            EXPECT_EQ(rows.weightVar, weightVar);
+            for (int var = 1; var <= VarCount; ++var)
+                EXPECT_EQ(rows.values[i * rows.stride + var], values[var]) << "variable " << var;
+        }
+    }
 }
 
 // Short names padded to 8 or as tokens; long names whole in their buffer of 128 bytes, or cut
