@@ -1,5 +1,7 @@
 #include "workbench/data/DataFile.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <climits>
 
@@ -21,7 +23,25 @@ bool equalIgnoringCase(const std::string& a, const std::string& b) {
                       [](char x, char y) { return asciiLower(x) == asciiLower(y); });
 }
 
+// Blocks from this size on go in huge pages: smaller ones would waste most of a page.
+constexpr std::size_t HugePage = std::size_t(2) << 20;
+
 } // namespace
+
+void* allocateCaseBlock(std::size_t bytes) {
+    if (bytes < 2 * HugePage) {
+        if (void* block = std::malloc(std::max<std::size_t>(bytes, 1)))
+            return block;
+        throw std::bad_alloc();
+    }
+    const std::size_t rounded = (bytes + HugePage - 1) / HugePage * HugePage;
+    void* block = std::aligned_alloc(HugePage, rounded);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    // Only advice: where huge pages are off, the block works in small pages all the same.
+    madvise(block, rounded, MADV_HUGEPAGE);
+    return block;
+}
 
 const char* displayFormatName(DisplayFormat format) {
     switch (format) {

@@ -15,9 +15,11 @@
 //   3. read cases with row(), or through the host's case loop.
 
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <memory>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -50,6 +52,9 @@ struct Variable {
 };
 
 class SelectionCondition;
+
+// Memory for a block of cases, to be given back with std::free; throws std::bad_alloc.
+void* allocateCaseBlock(std::size_t bytes);
 
 class DataFile {
 public:
@@ -130,11 +135,19 @@ private:
     std::vector<Variable> m_variables;
     int m_caseCount = 0;
     // Leaves the values of new rows uninitialised, so that room made for cases takes no
-    // memory before a reader writes them.
+    // memory before a reader writes them. Large blocks lie in huge pages where the system
+    // has them: a gigabyte of cases then takes a few hundred page faults, not a quarter of a
+    // million, and a scan misses the address cache far less often.
     template <typename T> struct UninitialisedAllocator : std::allocator<T> {
         template <typename U> struct rebind {
             using other = UninitialisedAllocator<U>;
         };
+        T* allocate(std::size_t n) {
+            if (n > std::size_t(-1) / sizeof(T))
+                throw std::bad_array_new_length();
+            return static_cast<T*>(allocateCaseBlock(n * sizeof(T)));
+        }
+        void deallocate(T* at, std::size_t) { std::free(at); }
         template <typename U, typename... Args> void construct(U* at, Args&&... args) {
             if constexpr (sizeof...(Args) == 0)
                 ::new (static_cast<void*>(at)) U;
