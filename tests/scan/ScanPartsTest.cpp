@@ -91,6 +91,17 @@ struct Snapshot {
     int validVar;
 };
 
+// Two runs of the same scans, step by step.
+void expectSameSnapshots(const std::vector<Snapshot>& got, const std::vector<Snapshot>& wanted) {
+    ASSERT_EQ(got.size(), wanted.size());
+    for (std::size_t k = 0; k < got.size(); ++k) {
+        SCOPED_TRACE(k);
+        EXPECT_EQ(got[k].validVar, wanted[k].validVar);
+        expectSameRecords(got[k].downs, wanted[k].downs);
+        expectSameRecords(got[k].reviews, wanted[k].reviews);
+    }
+}
+
 struct Scenario {
     const char* what;
     std::vector<short> categorical;
@@ -139,29 +150,13 @@ TEST_F(ScanParts, LeaveWhatOnePassLeaves) {
     };
     for (const Scenario& scenario : scenarios) {
         SCOPED_TRACE(scenario.what);
-        const std::vector<Snapshot> onePass = run(scenario, 1);
-        const std::vector<Snapshot> parted = run(scenario, 3);
-        ASSERT_EQ(parted.size(), onePass.size());
-        for (std::size_t k = 0; k < parted.size(); ++k) {
-            SCOPED_TRACE(k);
-            EXPECT_EQ(parted[k].validVar, onePass[k].validVar);
-            expectSameRecords(parted[k].downs, onePass[k].downs);
-            expectSameRecords(parted[k].reviews, onePass[k].reviews);
-        }
+        expectSameSnapshots(run(scenario, 3), run(scenario, 1));
     }
 }
 
 TEST_F(ScanParts, AHostThatCopiesCaseByCaseGivesTheSameResults) {
     const Scenario scenario{"weighted moments, reviews casewise", {C, Many, Full, Exact}, 1, 1};
-    const std::vector<Snapshot> inPlace = run(scenario, 3);
-    const std::vector<Snapshot> copied = run(scenario, 3, true);
-    ASSERT_EQ(copied.size(), inPlace.size());
-    for (std::size_t k = 0; k < copied.size(); ++k) {
-        SCOPED_TRACE(k);
-        EXPECT_EQ(copied[k].validVar, inPlace[k].validVar);
-        expectSameRecords(copied[k].downs, inPlace[k].downs);
-        expectSameRecords(copied[k].reviews, inPlace[k].reviews);
-    }
+    expectSameSnapshots(run(scenario, 3, true), run(scenario, 3));
 }
 
 TEST_F(ScanParts, TheFileIsWhatItsCommentsSay) {
