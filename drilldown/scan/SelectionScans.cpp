@@ -126,6 +126,11 @@ int CDrillDown::ReadAfterDrillInParts(int parts) {
     const CasewiseTest incompleteDrill = DrillCasewiseTest();
     const CasewiseTest incompleteReview = ReviewCasewiseTest();
     const SubsetTest subset = CompileSubsetTest();
+    // Only records with value categories count values; the others wait for ReadBeforeDrill.
+    std::vector<int> valueSlots;
+    for (int slot = 0; slot < all; ++slot)
+        if (IsValueMethod(slots[slot]->Method))
+            valueSlots.push_back(slot);
 
     const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
         SelectionPart& p = part[k];
@@ -140,7 +145,7 @@ int CDrillDown::ReadAfterDrillInParts(int parts) {
                 p.moments.Update(0, downs, w, values);
             if (!dropReview)
                 p.moments.Update(downs, all, w, values);
-            for (int slot = 0; slot < all; ++slot) {
+            for (const int slot : valueSlots) {
                 const bool dropped = slot < downs ? dropDrill : dropReview;
                 if (!dropped && p.moments.Valid(slot))
                     CountValue(p.records[slot], values[slots[slot]->Variable], w);
