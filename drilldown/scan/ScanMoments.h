@@ -1,6 +1,6 @@
 #pragma once
 // The working arrays of a scan: counts and moments of every slot (one chosen variable
-// each), updated case by case in one pass.
+// each), updated case by case in one pass, a batch of cases at a time.
 //
 // The mean and the sum of squared deviations are updated together for each value, with
 // the weight as a frequency, so that no second pass is needed and no sum of squares of raw
@@ -14,12 +14,31 @@
 //
 // The arrays are laid out slot by slot, in groups of four, so that one case updates four
 // slots with each vector instruction: a missing value is not a branch but a mask that keeps
-// the slot's old state.
+// the slot's old state. Over a batch, the state of up to three groups stays in registers
+// and the groups are updated side by side, case after case: each slot's mean waits on its
+// previous value through a division, and three such chains keep the processor busy where
+// one would leave it waiting.
 
 #include <cstdint>
 #include <vector>
 
 #include "../host/framework/HostArray.h"
+
+// What the slots being updated do with one case of a batch.
+enum class CaseUse : uint8_t {
+    Update,        // a missing value counts as missing, any other updates the slot
+    CountMissing,  // the case counts as missing in every slot
+    Skip,          // the case leaves no trace
+};
+
+// Cases handed to the moments at once, in file order: each one's values (laid out as a value
+// buffer) and the weight it counts with.
+struct CaseBatch {
+    static constexpr int Capacity = 128;
+    const double* rows[Capacity];
+    double weights[Capacity];
+    int count = 0;
+};
 
 class ScanMoments {
 public:
@@ -35,20 +54,14 @@ public:
     // The slot's column in a case's values (its variable), its missing-data code, and
     // whether its values are tested against the code at all (a side that drops incomplete
     // cases as a whole needs no test per value).
-    void SetSlot(int slot, short column, double code, bool test) {
-        m_column[slot] = column;
-        m_code[slot] = code;
-        m_test[slot] = test ? 1.0 : 0.0;
-    }
+    void SetSlot(int slot, short column, double code, bool test);
 
-    // Counts the case as missing in slots [begin, end).
-    void CountMissing(int begin, int end, double weight);
-
-    // Updates slots [begin, end) with the case's values, each slot's at its column of
-    // `values`: a missing value counts as missing, any other updates the counts, range and
-    // moments. Afterwards Valid(slot) tells which.
-    void Update(int begin, int end, double weight, const double* values);
-    bool Valid(int slot) const { return m_valid[slot] != 0; }
+    // Updates slots [begin, end) with the batch's cases in order, each slot from its column
+    // of a case's values, as use[i] says for case i: a missing value counts as missing, any
+    // other updates the counts, range and moments. Afterwards Valid(i, slot) tells whether
+    // case i updated the slot, until the next batch.
+    void Update(int begin, int end, const CaseBatch& cases, const CaseUse* use);
+    bool Valid(int i, int slot) const { return m_validLanes[i * m_column.size() + slot] != 0; }
 
     // Adds, slot by slot, what a scan of the cases after this one's counted: counts and
     // ranges add up, means and sums of squared deviations follow the pairwise rule
@@ -70,10 +83,17 @@ public:
     static constexpr double StartMax = -1.7e+308;
 
 private:
+    template <int G>
+    void UpdateGroups(int s0, int begin, int end, const CaseBatch& cases, const CaseUse* use);
+
     HostArray<double> m_block;
     // Counts are kept as doubles, exact up to 2^53, so that every lane of a slot is a double.
-    double *m_min, *m_max, *m_mean, *m_ss, *m_weightedN, *m_mcount, *m_n, *m_missingN, *m_code,
-        *m_test, *m_valid;
+    double *m_min, *m_max, *m_mean, *m_ss, *m_weightedN, *m_mcount, *m_n, *m_missingN;
+    // The values that count as missing in each slot, from m_missingLo to m_missingHi: the
+    // values RealEqual to the missing code, or none when the slot is not tested.
+    double *m_missingLo, *m_missingHi;
     // Column 0 of a case's values is never a variable's; unused lanes read it and drop it.
     std::vector<int> m_column;
+    // Per case of the last batch, per slot, all ones where the case updated the slot.
+    std::vector<int64_t> m_validLanes;
 };

@@ -134,23 +134,27 @@ int CDrillDown::ReadAfterDrillInParts(int parts) {
 
     const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
         SelectionPart& p = part[k];
-        VisitSubsetCases(subset, block, [&](const double* values, double w) {
-            const bool dropDrill = MD == 1 && incompleteDrill.AnyMissing(values);
+        CaseBatch cases;
+        GatherSubsetCases(subset, block, cases);
+        p.cases += cases.count;
+        CaseUse drillUse[CaseBatch::Capacity];
+        CaseUse reviewUse[CaseBatch::Capacity];
+        for (int i = 0; i < cases.count; ++i) {
+            const double* values = cases.rows[i];
+            drillUse[i] = MD == 1 && incompleteDrill.AnyMissing(values) ? CaseUse::CountMissing
+                                                                         : CaseUse::Update;
             // A case dropped on the review side leaves no trace there, not even as missing.
-            const bool dropReview = RVMD == 1 && incompleteReview.AnyMissing(values);
-            ++p.cases;
-            if (dropDrill)
-                p.moments.CountMissing(0, downs, w);
-            else
-                p.moments.Update(0, downs, w, values);
-            if (!dropReview)
-                p.moments.Update(downs, all, w, values);
-            for (const int slot : valueSlots) {
-                const bool dropped = slot < downs ? dropDrill : dropReview;
-                if (!dropped && p.moments.Valid(slot))
-                    CountValue(p.records[slot], values[slots[slot]->Variable], w);
-            }
-        });
+            reviewUse[i] = RVMD == 1 && incompleteReview.AnyMissing(values) ? CaseUse::Skip
+                                                                             : CaseUse::Update;
+        }
+        p.moments.Update(0, downs, cases, drillUse);
+        p.moments.Update(downs, all, cases, reviewUse);
+        for (const int slot : valueSlots) {
+            const int variable = slots[slot]->Variable;
+            for (int i = 0; i < cases.count; ++i)
+                if (p.moments.Valid(i, slot))
+                    CountValue(p.records[slot], cases.rows[i][variable], cases.weights[i]);
+        }
     });
     for (const SelectionPart& p : part)
         ValidVar += p.cases;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "CaseLoop.h"
+#include "ScanMoments.h"
 
 struct DrillStepTest {
     enum class Kind { MissingRow, Value, UpperClosed, LowerClosed };
@@ -50,6 +51,16 @@ void VisitSubsetCases(const SubsetTest& subset, const CaseBlock& block, Visit&& 
     for (int i = 0; i < block.count; ++i)
         if (inside[i] != 0)
             visit(block.Row(i), block.weights[i]);
+}
+
+// Gathers the cases of the block that count and that the subset keeps, in order.
+inline void GatherSubsetCases(const SubsetTest& subset, const CaseBlock& block, CaseBatch& cases) {
+    static_assert(CaseBatch::Capacity >= CaseBlock::Capacity);
+    cases.count = 0;
+    VisitSubsetCases(subset, block, [&cases](const double* values, double w) {
+        cases.rows[cases.count] = values;
+        cases.weights[cases.count++] = w;
+    });
 }
 
 // Walks the cases that the subset keeps, handing each with its weight to `visit`.

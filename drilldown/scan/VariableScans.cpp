@@ -100,17 +100,19 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side, int parts) {
 
     const LoopEnd end = RunPartedLoop(parts, [&](int k, const CaseBlock& block) {
         VariablePart& p = part[k];
-        VisitSubsetCases(subset, block, [&](const double* values, double w) {
-            if (side.casewise == 1 && incomplete.AnyMissing(values)) {
-                p.moments.CountMissing(0, slots, w);
-                return;
-            }
-            ++p.completeCases;
-            p.moments.Update(0, slots, w, values);
-            for (int slot = 0; slot < side.noCategorical; ++slot)
-                if (p.moments.Valid(slot))
-                    p.values[slot].AddValue(values[variable[slot]], 0, w);
-        });
+        CaseBatch cases;
+        GatherSubsetCases(subset, block, cases);
+        CaseUse use[CaseBatch::Capacity];
+        for (int i = 0; i < cases.count; ++i) {
+            const bool dropped = side.casewise == 1 && incomplete.AnyMissing(cases.rows[i]);
+            use[i] = dropped ? CaseUse::CountMissing : CaseUse::Update;
+            p.completeCases += !dropped;
+        }
+        p.moments.Update(0, slots, cases, use);
+        for (int slot = 0; slot < side.noCategorical; ++slot)
+            for (int i = 0; i < cases.count; ++i)
+                if (p.moments.Valid(i, slot))
+                    p.values[slot].AddValue(cases.rows[i][variable[slot]], 0, cases.weights[i]);
     });
     if (side.countsValidCases) {
         ValidVar = 0;
