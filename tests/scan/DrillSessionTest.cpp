@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 #include <random>
 
 #include "support/AnalysisFixture.h"
@@ -15,12 +16,29 @@ namespace {
 
 constexpr double M = -99;
 constexpr short C3 = 1, C5 = 2, X = 3, Y = 4, Z = 5, W = 6;
+// Further continuous variables, so that the scans see more slots than they update side by
+// side: the first ones are drilled, the last ones reviewed.
+constexpr short FirstExtra = 7, ExtraDrilled = 10, ExtraReviewed = 2;
+
+std::vector<short> extraVariables(short first, int count) {
+    std::vector<short> variables(count);
+    std::iota(variables.begin(), variables.end(), first);
+    return variables;
+}
+const std::vector<short> ExtraDrills = extraVariables(FirstExtra, ExtraDrilled);
+const std::vector<short> ExtraReviews = extraVariables(FirstExtra + ExtraDrilled, ExtraReviewed);
 
 wb::DataFile generatedFile(unsigned seed) {
     std::mt19937 random(seed);
     std::uniform_real_distribution<double> unit(0, 1);
     std::normal_distribution<double> normal(50, 15);
     auto maybeMissing = [&](double x) { return unit(random) < 0.06 ? M : x; };
+    // The further variables come from a stream of their own and are rarely missing, so that
+    // the first ones and the subsets the steps leave stay as they are.
+    std::mt19937 extraRandom(seed + 1);
+    auto extraValue = [&](int k) {
+        return unit(extraRandom) < 0.01 ? M : std::round(normal(extraRandom) * 100) / 100 + k;
+    };
     std::vector<std::vector<double>> rows;
     for (int c = 0; c < 700; ++c) {
         const double weight = unit(random) < 0.05 ? 0 : std::round(unit(random) * 300) / 100;
@@ -30,9 +48,14 @@ wb::DataFile generatedFile(unsigned seed) {
                         maybeMissing(std::floor(unit(random) * 100)),
                         maybeMissing(unit(random) * 1e6 + 1e9),  // far from zero
                         unit(random) < 0.02 ? M : weight});
+        for (int k = 0; k < ExtraDrilled + ExtraReviewed; ++k)
+            rows.back().push_back(extraValue(k));
     }
-    wb::DataFile file = test::makeFile(
-        {{"C3", M}, {"C5", M}, {"X", M}, {"Y", M}, {"Z", M}, {"W", M}}, rows);
+    std::vector<test::VariableInfo> variables = {{"C3", M}, {"C5", M}, {"X", M},
+                                                 {"Y", M},  {"Z", M},  {"W", M}};
+    for (int k = 0; k < ExtraDrilled + ExtraReviewed; ++k)
+        variables.push_back({"E" + std::to_string(k + 1), M});
+    wb::DataFile file = test::makeFile(variables, rows);
     file.setWeightVariable(W);
     file.setSelection("Y <> 13");
     return file;
@@ -62,7 +85,10 @@ protected:
     }
 
     std::vector<int> casewiseList(bool review) const {
-        return review ? std::vector<int>{Z} : std::vector<int>{C3, C5, X, Y};
+        std::vector<int> list = review ? std::vector<int>{Z} : std::vector<int>{C3, C5, X, Y};
+        const std::vector<short>& extra = review ? ExtraReviews : ExtraDrills;
+        list.insert(list.end(), extra.begin(), extra.end());
+        return list;
     }
 
     void expectRecordsMatchReference(const DrillSet& records, bool review, bool firstScan) {
@@ -175,8 +201,12 @@ TEST_P(DrillSessionTest, EveryStepAgreesWithTheReference) {
         analysis->SetWM(o.wm);
         analysis->SetMD(o.md);
         analysis->SetRVMD(o.rvmd);
-        ASSERT_EQ(chooseDrillVariables({C3, C5}, {X, Y}), 1);
-        ASSERT_EQ(chooseReviewVariables({}, {Z}), 1);
+        std::vector<short> continuous = {X, Y};
+        continuous.insert(continuous.end(), ExtraDrills.begin(), ExtraDrills.end());
+        ASSERT_EQ(chooseDrillVariables({C3, C5}, continuous), 1);
+        std::vector<short> reviewed = {Z};
+        reviewed.insert(reviewed.end(), ExtraReviews.begin(), ExtraReviews.end());
+        ASSERT_EQ(chooseReviewVariables({}, reviewed), 1);
         expectStateMatchesReference(true);
 
         drill(C3, 1);  // the second value of C3
