@@ -49,7 +49,8 @@ bool ScanMoments::Allocate(int slots) {
         next += n;
     }
     m_column.assign(n, 0);
-    m_validLanes.assign(std::size_t(CaseBatch::Capacity) * n, 0);
+    m_paddedSlots = n;
+    m_validLanes.assign(CaseBatch::Capacity * n, 0);
     std::fill(m_min, m_min + n, StartMin);
     std::fill(m_max, m_max + n, StartMax);
     return true;
@@ -115,9 +116,8 @@ template <int G>
         inRange[g] = (index >= begin) & (index < end);
         column[g] = m_column.data() + s;
     }
-    const std::size_t stride = m_column.size();
     int64_t* validLanes = m_validLanes.data() + s0;
-    for (int i = 0; i < cases.count; ++i, validLanes += stride) {
+    for (int i = 0; i < cases.count; ++i, validLanes += m_paddedSlots) {
         const double* row = cases.rows[i];
         const double w = cases.weights[i];
         const Mask4 updates = AllLanes(use[i] == CaseUse::Update);

@@ -61,7 +61,9 @@ public:
     // other updates the counts, range and moments. Afterwards Valid(i, slot) tells whether
     // case i updated the slot, until the next batch.
     void Update(int begin, int end, const CaseBatch& cases, const CaseUse* use);
-    bool Valid(int i, int slot) const { return m_validLanes[i * m_column.size() + slot] != 0; }
+    bool Valid(int i, int slot) const {
+        return m_validLanes[std::size_t(i) * m_paddedSlots + slot] != 0;
+    }
 
     // Adds, slot by slot, what a scan of the cases after this one's counted: counts and
     // ranges add up, means and sums of squared deviations follow the pairwise rule
@@ -96,4 +98,5 @@ private:
     std::vector<int> m_column;
     // Per case of the last batch, per slot, all ones where the case updated the slot.
     std::vector<int64_t> m_validLanes;
+    std::size_t m_paddedSlots = 0;  // slots in whole groups
 };

@@ -55,9 +55,9 @@ private:
     };
     static std::size_t PlaceOf(double value) {
         if (value >= 0 && value < Places) {
-            const auto code = static_cast<std::size_t>(value);
-            if (static_cast<double>(code) == value)
-                return code;
+            const int code = static_cast<int>(value);
+            if (code == value)
+                return static_cast<std::size_t>(code);
         }
         return std::bit_cast<std::uint64_t>(value) * 0x9E3779B97F4A7C15ull >> 57;
     }
