@@ -86,9 +86,9 @@ void ScanMoments::Merge(const ScanMoments& later, int slots) {
 }
 
 // Up to three groups of four slots from slot s0, side by side, over the whole batch, with
-// their state in registers. Every valid slot gets exactly the arithmetic of the update
-// given in ScanMoments.h, in case order; a missing slot, or one outside [begin, end), computes the same
-// and throws it away.
+// their state in registers. Every valid slot gets exactly the arithmetic of the update given
+// in ScanMoments.h, in case order; a missing slot, or one outside [begin, end), computes the
+// same and throws it away.
 template <int G>
 [[gnu::always_inline]] inline void ScanMoments::UpdateGroups(int s0, int begin, int end,
                                                              const CaseBatch& cases,
