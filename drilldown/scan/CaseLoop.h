@@ -58,17 +58,18 @@ struct CaseBlock {
 
 // The weight a case counts with: 1 when the file is not weighted; the case's weight for
 // weighted moments; otherwise the weight rounded to a whole number, halves away from zero.
+// Written without branches, so that a loop over many cases can take them in vectors.
 inline double CaseWeight(bool weighted, double weight, bool weightedMoments) {
-    if (!weighted)
-        return 1.0;
-    if (weightedMoments)
-        return weight;
-    if (weight < 0)
-        return std::ceil(weight - 0.5);
-    if (weight == 0)
-        return 0.0;
-    return std::floor(weight + 0.5);
+    const double down = std::ceil(weight - 0.5);
+    const double up = std::floor(weight + 0.5);
+    const double rounded = weight < 0 ? down : weight == 0 ? 0.0 : up;
+    return !weighted ? 1.0 : weightedMoments ? weight : rounded;
 }
+
+// Turns the weights of a stretch of cases, as the host read them, into the weights they count
+// with (CaseWeight): 0 for a case that results[i] leaves out.
+void CountingWeights(const short* results, double* weights, int count, bool weighted,
+                     bool weightedMoments);
 
 namespace scan_detail {
 
@@ -122,10 +123,7 @@ LoopEnd CDrillDown::ReadPart(CaseRange range, double* buffer, PartReader reader,
         const int read = ReadCase(*this, rows, poll);
         if (reader.keepsBlocks)
             KeepCaseBlocks(*this, rows, std::min(read, rows.count - 1));
-        for (int i = 0; i < read; ++i)
-            weights[i] = results[i] == 0
-                             ? CaseWeight(rows.hasWeight != 0, weights[i], weightedMoments)
-                             : 0.0;
+        CountingWeights(results, weights, read, rows.hasWeight != 0, weightedMoments);
         if (read > 0)
             visit(CaseBlock{rows.values, rows.stride, weights, read});
         if (read < rows.count)

@@ -9,6 +9,14 @@ double CDrillDown::DealWithWeights(unsigned short) {
     return CaseWeight(weight.WeightOn != 0, weight.WeightValue, WM == 1);
 }
 
+// Built for AVX2 where the processor has it, where rounding a weight is one instruction.
+__attribute__((target_clones("avx2", "default")))
+void CountingWeights(const short* results, double* weights, int count, bool weighted,
+                     bool weightedMoments) {
+    for (int i = 0; i < count; ++i)
+        weights[i] = results[i] == 0 ? CaseWeight(weighted, weights[i], weightedMoments) : 0.0;
+}
+
 CasewiseTest CDrillDown::DrillCasewiseTest() {
     return CasewiseTest(*this, Categorical, NoCategorical, Continuous, NoContinuous);
 }

@@ -31,7 +31,7 @@ bool IsValueMethod(int32_t method) {
 
 // Counts a valid value into the value categories of a record whose method has them; integer
 // categories take whole values only.
-void CountValue(PartRecord& counted, double x, double w) {
+[[gnu::always_inline]] inline void CountValue(PartRecord& counted, double x, double w) {
     const Drill& record = counted.record;
     if (record.Method == MethodDistinctValues ||
         (record.Method == MethodIntegerValues && RealEqual(std::floor(x), x)))
