@@ -12,8 +12,9 @@
 //
 // To use it:
 //   1. writeNativeFile saves a DataFile; nativeFileBytes gives the same bytes in memory;
-//   2. readNativeFile loads one, the rows a piece at a time (loadDataFile does too: it knows the file by its magic
-//      number, whatever its name); parseNativeFile reads bytes in memory;
+//   2. readNativeFile loads one, the rows a piece at a time, and a large file's rows in parts,
+//      one thread each (loadDataFile does too: it knows the file by its magic number,
+//      whatever its name); parseNativeFile reads bytes in memory;
 //   3. a writer that makes the data area itself (the new-file service) encodes the
 //      dictionary with encodeNativeDictionary, writes the rows behind it, and when fewer
 //      rows came than it declared, patches the count at NativeRowCountOffset.

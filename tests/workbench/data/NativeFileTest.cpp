@@ -63,6 +63,17 @@ void expectSameFile(const DataFile& read, const DataFile& written) {
     EXPECT_EQ(std::memcmp(read.row(0), written.row(0), sizeof(double) * doubles), 0);
 }
 
+// A file large enough that its rows are read in parts, one per thread: 400,000 rows of a
+// case name of up to 6 bytes and 32 bytes of values.
+DataFile largeFile() {
+    DataFile file;
+    for (const char* name : {"A", "B", "C", "D"})
+        file.addVariable({name, "", -9, {}, DisplayFormat::Plain});
+    for (int c = 0; c < 400000; ++c)
+        file.appendCase({double(c), c * 0.25, -double(c % 7), 1e9 + c}, std::to_string(c));
+    return file;
+}
+
 TEST(NativeFileTest, RoundTrips) {
     DataFile bare; // no case names, no rows
     bare.addVariable({"X", "", -9, {{1, "un"}}, DisplayFormat::Plain});
@@ -76,12 +87,14 @@ TEST(NativeFileTest, RoundTrips) {
     for (int c = 0; c < 300000; ++c)
         many.appendCase({c * 0.5});
     const DataFile survey = surveyFile();
+    const DataFile large = largeFile();
     const Case cases[] = {
         {"accents, long labels, formats, case names, weight, selection",
          survey,
          {true, false, false, true}},
         {"no case names, no rows", bare, {false}},
         {"300,000 rows", many, {false}},
+        {"rows read in parts, one thread each, with case names", large, {false, true, false, false}},
     };
     const wb::testing::TempDir dir;
     for (const Case& c : cases) {
@@ -106,6 +119,46 @@ std::string smallFileBytes() {
     file.appendCase({2}, "Bob");
     file.setSelection("AGE > 1");
     return wb::nativeFileBytes(file);
+}
+
+// A fault in the rows of a large file is found whichever part reads it, and of two the
+// first in the file is the one reported.
+TEST(NativeFileTest, ReportsTheFirstBadValueOfALargeFile) {
+    const std::string good = wb::nativeFileBytes(largeFile());
+    std::uint64_t dataOffset;
+    std::memcpy(&dataOffset, good.data() + wb::NativeDataOffsetAt, 8);
+    const std::size_t rowBytes = 6 + 4 * 8; // the longest case name, "399999", then four values
+    const auto valueAt = [&](std::size_t row, std::size_t variable) {
+        return std::size_t(dataOffset) + row * rowBytes + 6 + variable * 8;
+    };
+    const auto withInfinity = [&](std::string bytes, std::size_t at) {
+        const double inf = std::numeric_limits<double>::infinity();
+        std::memcpy(bytes.data() + at, &inf, 8);
+        return bytes;
+    };
+    const std::size_t early = valueAt(199990, 1), late = valueAt(399000, 3);
+    const struct {
+        const char* comment;
+        std::string bytes;
+        std::string message;
+    } cases[] = {
+        {"a bad value in the last rows", withInfinity(good, late),
+         "byte " + std::to_string(late) + ": case 399001 has inf in variable D, which is not a finite number"},
+        {"two bad values", withInfinity(withInfinity(good, late), early),
+         "byte " + std::to_string(early) + ": case 199991 has inf in variable B, which is not a finite number"},
+    };
+    const wb::testing::TempDir dir;
+    const std::string path = dir.path("large.ddf");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.comment);
+        ASSERT_TRUE(wb::writeWholeFile(path, c.bytes).empty());
+        try {
+            wb::readNativeFile(path);
+            ADD_FAILURE() << "read without error";
+        } catch (const wb::DataError& error) {
+            EXPECT_EQ(std::string(error.what()), path + ": " + c.message);
+        }
+    }
 }
 
 std::string le32(uint32_t value) {
