@@ -8,10 +8,12 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -243,24 +245,32 @@ private:
             std::max(1u, std::thread::hardware_concurrency()));
         std::vector<RowsPart> part(parts);
         for (std::size_t k = 0; k < parts; ++k)
-            part[k] = {rows * k / parts, rows * (k + 1) / parts, {}, {}};
+            part[k] = {rows * k / parts, rows * (k + 1) / parts, {}, 0, {}, nullptr};
         double* const room = file.roomForCases(int(rows));
         {
             std::vector<std::jthread> threads;
-            for (std::size_t k = 1; k < parts; ++k)
-                threads.emplace_back([&, k] { readPart(file, layout, room, part[k], {}); });
+            std::size_t started = 1;
+            try {
+                for (; started < parts; ++started)
+                    threads.emplace_back(
+                        [&, k = started] { readPart(file, layout, room, part[k], {}); });
+            } catch (const std::system_error&) {
+                // No thread to be had: the parts left are read here.
+            }
             readPart(file, layout, room, part[0], [&](std::size_t rowsRead) {
                 // The parts go at about the same pace: the first one's stands for all.
                 report(std::min(1.0, double(m_at + parts * rowsRead * layout.rowBytes()) /
                                          double(m_size)));
             });
+            for (std::size_t k = started; k < parts; ++k)
+                readPart(file, layout, room, part[k], {});
         }
         std::vector<std::string> names;
         for (RowsPart& p : part) {
-            if (p.fault.named)
-                throw DataError(p.fault.message);
-            if (!p.fault.message.empty())
-                fail(p.fault.at, p.fault.message);
+            if (p.failure)
+                std::rethrow_exception(p.failure);
+            if (!p.badValue.empty())
+                fail(p.badValueAt, p.badValue);
             std::move(p.names.begin(), p.names.end(), std::back_inserter(names));
         }
         file.commitCases(int(rows), std::move(names));
@@ -273,15 +283,13 @@ private:
         std::size_t stride;     // doubles per row of the data file
         std::size_t rowBytes() const { return width + DoubleBytes * variables; }
     };
-    struct Fault {
-        std::size_t at = 0;
-        std::string message;  // empty: none
-        bool named = false;   // the message names the file and place already
-    };
+    // The rows [first, end) of the data area, 0-based, and what reading them found.
     struct RowsPart {
-        std::size_t first, end;  // rows [first, end), 0-based
+        std::size_t first, end;
         std::vector<std::string> names;
-        Fault fault;
+        std::size_t badValueAt = 0;
+        std::string badValue;            // the first value that is no finite number, if any
+        std::exception_ptr failure;      // anything else that stopped the part
     };
 
     // Reads the rows of one part into their places among `room`, telling `done` how many it
@@ -305,11 +313,11 @@ private:
                         const char* cell = at + layout.width + v * DoubleBytes;
                         row[v + 1] = getDouble(cell);
                         if (!std::isfinite(row[v + 1])) {
-                            part.fault = {m_at + (first + r) * rowBytes + std::size_t(cell - at),
-                                          "case " + std::to_string(first + r + 1) + " has " +
-                                              numberText(row[v + 1]) + " in variable " +
-                                              file.variable(int(v) + 1).name +
-                                              ", which is not a finite number"};
+                            part.badValueAt = m_at + (first + r) * rowBytes + std::size_t(cell - at);
+                            part.badValue = "case " + std::to_string(first + r + 1) + " has " +
+                                            numberText(row[v + 1]) + " in variable " +
+                                            file.variable(int(v) + 1).name +
+                                            ", which is not a finite number";
                             return;
                         }
                     }
@@ -317,9 +325,9 @@ private:
                 if (done)
                     done(first + count - part.first);
             }
-        } catch (const DataError& error) {
-            // The area's own faults name the file already; they stand at the part's place.
-            part.fault = {m_at + part.first * rowBytes, error.what(), true};
+        } catch (...) {
+            // Handed to the loading thread, which throws it once every part has stopped.
+            part.failure = std::current_exception();
         }
     }
 
