@@ -2,6 +2,7 @@
 #include "workbench/data/WholeFile.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cerrno>
 #include <climits>
@@ -486,12 +487,12 @@ NativeContents readNativeFile(const std::string& path, const LoadProgress& progr
                                      ? getLittleEndian(dictionary.data() + NativeDataOffsetAt, 8)
                                      : size;
     readInto(dictionary, std::size_t(std::min(offset, size) - dictionary.size()));
-    bool readingRows = false;
+    std::atomic<bool> readingRows = false;  // set by the parts' threads
     try {
         return Parser(
                    dictionary, path, size,
                    [&](std::size_t offset, std::size_t count, std::string& buffer) {
-                       readingRows = true;
+                       readingRows.store(true, std::memory_order_relaxed);
                        readAt(fileno(file), offset, count, buffer, path);
                        return std::string_view(buffer);
                    },
