@@ -58,11 +58,18 @@ public:
 
     // Updates slots [begin, end) with the batch's cases in order, each slot from its column
     // of a case's values, as use[i] says for case i: a missing value counts as missing, any
-    // other updates the counts, range and moments. Afterwards Valid(i, slot) tells whether
-    // case i updated the slot, until the next batch.
+    // other updates the counts, range and moments.
     void Update(int begin, int end, const CaseBatch& cases, const CaseUse* use);
-    bool Valid(int i, int slot) const {
-        return m_validLanes[std::size_t(i) * m_paddedSlots + slot] != 0;
+
+    // Hands the value and weight of each case of the batch last updated that was valid in
+    // the slot to count(value, weight), in order.
+    template <typename Count>
+    void ForEachValidValue(const CaseBatch& cases, int slot, Count&& count) const {
+        const int column = m_column[slot];
+        const int64_t* valid = m_validLanes.data() + slot;
+        for (int i = 0; i < cases.count; ++i, valid += m_paddedSlots)
+            if (*valid != 0)
+                count(cases.rows[i][column], cases.weights[i]);
     }
 
     // Adds, slot by slot, what a scan of the cases after this one's counted: counts and

@@ -149,12 +149,10 @@ int CDrillDown::ReadAfterDrillInParts(int parts) {
         }
         p.moments.Update(0, downs, cases, drillUse);
         p.moments.Update(downs, all, cases, reviewUse);
-        for (const int slot : valueSlots) {
-            const int variable = slots[slot]->Variable;
-            for (int i = 0; i < cases.count; ++i)
-                if (p.moments.Valid(i, slot))
-                    CountValue(p.records[slot], cases.rows[i][variable], cases.weights[i]);
-        }
+        for (const int slot : valueSlots)
+            p.moments.ForEachValidValue(cases, slot, [&record = p.records[slot]](double x, double w) {
+                CountValue(record, x, w);
+            });
     });
     for (const SelectionPart& p : part)
         ValidVar += p.cases;

@@ -74,15 +74,14 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side, int parts) {
     }
     // Records do not move during a scan: look each slot's record up once.
     std::vector<Drill*> record(slots);
-    std::vector<short> variable(slots);
     for (int slot = 0; slot < slots; ++slot) {
-        variable[slot] = side.VariableOf(slot);
-        record[slot] = &Mutable(*LookFor(variable[slot], side.records));
+        const short variable = side.VariableOf(slot);
+        record[slot] = &Mutable(*LookFor(variable, side.records));
         double code;
-        getmd5(variable[slot], &code);
+        getmd5(variable, &code);
         // A side that drops incomplete cases as a whole needs no test per value.
         for (VariablePart& p : part)
-            p.moments.SetSlot(slot, variable[slot], code, side.casewise != 1);
+            p.moments.SetSlot(slot, variable, code, side.casewise != 1);
     }
     // The first part goes on from the records' own value categories, later ones start empty.
     for (int k = 0; k < parts; ++k) {
@@ -110,9 +109,9 @@ LoopEnd CDrillDown::ReadVariables(const VariableSide& side, int parts) {
         }
         p.moments.Update(0, slots, cases, use);
         for (int slot = 0; slot < side.noCategorical; ++slot)
-            for (int i = 0; i < cases.count; ++i)
-                if (p.moments.Valid(i, slot))
-                    p.values[slot].AddValue(cases.rows[i][variable[slot]], 0, cases.weights[i]);
+            p.moments.ForEachValidValue(cases, slot, [&record = p.values[slot]](double x, double w) {
+                record.AddValue(x, 0, w);
+            });
     });
     if (side.countsValidCases) {
         ValidVar = 0;
