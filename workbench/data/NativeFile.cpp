@@ -474,19 +474,16 @@ NativeContents readNativeFile(const std::string& path, const LoadProgress& progr
         throw DataError(path + ": cannot read the file: " + error.message());
     // The fixed fields tell where the data area starts: everything before it is read first,
     // the rows are then read in pieces as the parser takes them.
-    const auto readInto = [&](std::string& bytes, std::size_t count) {
-        const std::size_t had = bytes.size();
-        bytes.resize(had + count);
-        bytes.resize(had + std::fread(bytes.data() + had, 1, count, file));
-        if (std::ferror(file) != 0)
-            throw DataError(path + ": cannot read the file");
-    };
     std::string dictionary;
-    readInto(dictionary, std::size_t(std::min<std::uint64_t>(size, NativeDataOffsetAt + 8)));
+    readAt(fileno(file), 0, std::size_t(std::min<std::uint64_t>(size, NativeDataOffsetAt + 8)),
+           dictionary, path);
     const std::uint64_t offset = dictionary.size() == NativeDataOffsetAt + 8
                                      ? getLittleEndian(dictionary.data() + NativeDataOffsetAt, 8)
                                      : size;
-    readInto(dictionary, std::size_t(std::min(offset, size) - dictionary.size()));
+    std::string rest;
+    readAt(fileno(file), dictionary.size(), std::size_t(std::min(offset, size) - dictionary.size()),
+           rest, path);
+    dictionary += rest;
     std::atomic<bool> readingRows = false;  // set by the parts' threads
     try {
         return Parser(
