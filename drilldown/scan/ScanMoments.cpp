@@ -99,6 +99,8 @@ template <int G>
     Lane4 missingLo[G], missingHi[G];
     Mask4 inRange[G];
     const int* column[G];
+    // Slots of consecutive variables, the usual choice, take their four values in one load.
+    bool consecutive[G];
 #pragma GCC unroll 3
     for (int g = 0; g < G; ++g) {
         const int s = s0 + g * Lanes;
@@ -115,6 +117,8 @@ template <int G>
         const Mask4 index = {s, s + 1, s + 2, s + 3};
         inRange[g] = (index >= begin) & (index < end);
         column[g] = m_column.data() + s;
+        const int* c = column[g];
+        consecutive[g] = c[1] == c[0] + 1 && c[2] == c[0] + 2 && c[3] == c[0] + 3;
     }
     int64_t* validLanes = m_validLanes.data() + s0;
     for (int i = 0; i < cases.count; ++i, validLanes += m_paddedSlots) {
@@ -125,7 +129,8 @@ template <int G>
 #pragma GCC unroll 3
         for (int g = 0; g < G; ++g) {
             const int* c = column[g];
-            const Lane4 x = {row[c[0]], row[c[1]], row[c[2]], row[c[3]]};
+            const Lane4 x = consecutive[g] ? Load(row + c[0])
+                                           : Lane4{row[c[0]], row[c[1]], row[c[2]], row[c[3]]};
             const Mask4 missing = (x >= missingLo[g]) & (x <= missingHi[g]);
             const Mask4 valid = inRange[g] & updates & ~missing;
             const Mask4 counted = inRange[g] & ((updates & missing) | countsMissing);
