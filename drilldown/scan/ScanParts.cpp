@@ -24,6 +24,27 @@ bool MayJoin(double a, double b) {
 
 } // namespace
 
+void PartRecord::AddUnseenValue(double value, int16_t kind, double weight, int code) {
+    static const std::string noName;
+    const int added = record.AddValue(value, kind, weight, noName);
+    if (added == 0)
+        overflowed = true;
+    if (added != 2) {
+        ++m_generation;
+        m_countOfCode.fill(nullptr);
+    }
+    // A full set does not survive the next value, so nothing is remembered in it.
+    const CategorySet& categories = record.Categories;
+    if (added == 0 || categories.size() >= MaxValueCategories)
+        return;
+    const auto at = categories.lower_bound(value);
+    if (code >= 0)
+        m_countOfCode[code] = &Mutable(*at).Count;
+    else
+        m_seen[HashPlace(value)] = {value, m_generation,
+                                    static_cast<std::uint32_t>(at - categories.begin())};
+}
+
 bool MergeValueCategories(PartRecord& into, const PartRecord& later) {
     CategorySet& categories = into.record.Categories;
     if (!into.overflowed && !later.overflowed) {

@@ -6,7 +6,6 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <string>
 
 #include "../core/Drill.h"
 
@@ -15,37 +14,40 @@
 // Counting a value means finding its category among up to 2,048; the values of a
 // categorical variable are few and come again and again, so each part remembers, per value,
 // where its category stood. Whole codes from 0 to 127, the usual values of a categorical
-// variable, each have a place of their own there, so that they never push each other out;
-// other values share the places by a hash. The memory holds only while no category came or
-// went: every insertion or overflow starts a new generation, and a full set is not
-// remembered at all.
+// variable, each keep the address of their category's count; other values share 128 places
+// by a hash. The memory holds only while no category came or went: every insertion or
+// overflow forgets it, and a full set is not remembered at all.
 class PartRecord {
 public:
     explicit PartRecord(Drill copy) : record(std::move(copy)) {}
+    // What it remembers points into its own categories.
+    PartRecord(const PartRecord&) = delete;
+    PartRecord(PartRecord&&) noexcept = default;
 
     // Counts a value exactly as Drill::AddValue does, noting a set that overflowed.
     void AddValue(double value, int16_t kind, double weight) {
-        Seen& seen = m_seen[PlaceOf(value)];
-        if (seen.value == value && seen.generation == m_generation) {
-            Mutable(*(record.Categories.begin() + seen.index)).Count += weight;
+        const int code = WholeCode(value);
+        if (code >= 0 && m_countOfCode[code] != nullptr) {
+            *m_countOfCode[code] += weight;
             return;
         }
-        const int added = record.AddValue(value, kind, weight, NoName());
-        if (added == 0)
-            overflowed = true;
-        if (added != 2)
-            ++m_generation;
-        // A full set does not survive the next value, so nothing is remembered in it.
-        const CategorySet& categories = record.Categories;
-        if (added != 0 && categories.size() < MaxValueCategories)
-            seen = {value, m_generation,
-                    static_cast<std::uint32_t>(categories.lower_bound(value) - categories.begin())};
+        if (code < 0) {
+            const Seen& seen = m_seen[HashPlace(value)];
+            if (seen.value == value && seen.generation == m_generation) {
+                Mutable(*(record.Categories.begin() + seen.index)).Count += weight;
+                return;
+            }
+        }
+        AddUnseenValue(value, kind, weight, code);
     }
 
+    // Values are counted through AddValue only: once the record is changed in any other way,
+    // what was remembered no longer holds, and no more values may be counted.
     Drill record;
     bool overflowed = false;  // a value came while the set was full
 
 private:
+    static constexpr int Codes = 128;
     static constexpr std::size_t Places = 128;
     // A generation changes at most once per case counted, so 32 bits never wrap in one scan.
     struct Seen {
@@ -53,20 +55,23 @@ private:
         std::uint32_t generation = 0;  // 0: nothing remembered
         std::uint32_t index;
     };
-    static std::size_t PlaceOf(double value) {
-        if (value >= 0 && value < Places) {
+    // The value as a whole code from 0 to 127, or -1 for any other value.
+    static int WholeCode(double value) {
+        if (value >= 0 && value < Codes) {
             const int code = static_cast<int>(value);
             if (code == value)
-                return static_cast<std::size_t>(code);
+                return code;
         }
+        return -1;
+    }
+    static std::size_t HashPlace(double value) {
         return std::bit_cast<std::uint64_t>(value) * 0x9E3779B97F4A7C15ull >> 57;
     }
-    static const std::string& NoName() {
-        static const std::string none;
-        return none;
-    }
+    // Counts a value that nothing remembered, through the record, and remembers it.
+    void AddUnseenValue(double value, int16_t kind, double weight, int code);
 
     std::uint32_t m_generation = 1;
+    std::array<double*, Codes> m_countOfCode{};
     std::array<Seen, Places> m_seen{};
 };
 
