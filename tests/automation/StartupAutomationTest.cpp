@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <iterator>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <tuple>

@@ -7,11 +7,15 @@
 #include <utility>
 
 #include "drilldown/automation/TypeLibrary.h"
+#include "drilldown/resources/Dialogs.h"
 #include "workbench/automation/AutomationRuntime.h"
 
 namespace {
 
-TEST(DrillDownTypeLib, IdentifiersAreUniqueAndPropertiesPairUp) {
+// A member that stands for a control names a control of the panel.
+TEST(DrillDownTypeLib, IdentifiersAreUniquePropertiesPairUpAndControlsExist) {
+    const DialogTemplate* panel = FindDialogTemplate(DlgStartupPanel);
+    ASSERT_NE(panel, nullptr);
     for (const InterfaceDescription& interface : DrillDownTypeLib().Interfaces) {
         SCOPED_TRACE(interface.Name);
         std::set<std::pair<DISPID, MemberAccess>> entries;
@@ -19,6 +23,9 @@ TEST(DrillDownTypeLib, IdentifiersAreUniqueAndPropertiesPairUp) {
         for (std::size_t i = 0; i < interface.Members.size(); ++i) {
             const MemberDescription& member = interface.Members[i];
             SCOPED_TRACE(member.Name);
+            if (const int control = PanelControlOf(member.Id); control != 0) {
+                EXPECT_NE(FindDialogControl(*panel, control).Control, nullptr) << control;
+            }
             EXPECT_TRUE(entries.insert({member.Id, member.Access}).second) << "entry twice";
             const auto [named, added] = names.emplace(member.Id, member.Name);
             EXPECT_EQ(named->second, member.Name) << "one identifier, two names";
@@ -36,14 +43,6 @@ TEST(DrillDownTypeLib, IdentifiersAreUniqueAndPropertiesPairUp) {
             EXPECT_EQ(interface.Members[i - 1].Access, MemberAccess::Get) << put.Name;
         }
     }
-}
-
-TEST(DrillDownTypeLib, PanelControlsOfMembers) {
-    EXPECT_EQ(PanelControlOf(0x60030000), 9050); // Variables
-    EXPECT_EQ(PanelControlOf(0x6003003f), 9056); // DrillDown
-    EXPECT_EQ(PanelControlOf(0x60030045), 9112); // UserDefinedBoundaries
-    EXPECT_EQ(PanelControlOf(0x60030001), 0);    // between two members
-    EXPECT_EQ(PanelControlOf(0x3), 0);           // OK has no control
 }
 
 TEST(DrillDownTypeLib, RegisteredNamesResolveThroughTheBase) {

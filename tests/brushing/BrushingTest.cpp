@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <deque>
-#include <optional>
 
 #include "drilldown/outputs/OutputTracker.h"
 #include "drilldown/resources/ControlIds.h"

@@ -52,10 +52,6 @@ TEST(ValueCategories, ResetCountsKeepsTheEntries) {
     EXPECT_EQ(d.Isset, 0);
 }
 
-} // namespace
-
-namespace {
-
 // The search for a value's category gives the first category whose Upper is not below it,
 // whether the value equals an Upper exactly, within the tolerance, or not at all.
 TEST(ValueCategories, SearchFindsTheFirstCategoryNotBelowTheValue) {

@@ -17,17 +17,11 @@ class AnalysisLife : public AnalysisFixture {};
 
 // The option defaults are seen at work elsewhere: counted missing data in ResetMembersStartsAgain,
 // the one box-plot style in ChartButtons, stand-alone results off in StartupPanel.
-TEST_F(AnalysisLife, IdentityHoldsBeforeInit) {
-    CDrillDown fresh;
-    EXPECT_EQ(fresh.GetAnalysisID(), 4811);
-    EXPECT_EQ(fresh.GetAnalysisName(), "Analyse Drill-Down ");
-    EXPECT_EQ(fresh.GetDrillDowns(), nullptr);
-    EXPECT_EQ(fresh.GetCurrentDown(), -1);
-}
-
 TEST_F(AnalysisLife, SequenceTableStartsWithInitThenOpensThePanel) {
     open(test::makeFile({{"A"}, {"B"}}, {{1, 2}}));
     CDrillDown started;
+    EXPECT_EQ(started.GetDrillDowns(), nullptr); // no records before Init
+    EXPECT_EQ(started.GetCurrentDown(), -1);
     EXPECT_EQ(started.SequenceTable().RunSequence(100), -1);
     ASSERT_NE(started.GetDrillDowns(), nullptr);
     EXPECT_EQ(started.GetDrillDownsSize(), 0);

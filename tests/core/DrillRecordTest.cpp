@@ -1,4 +1,4 @@
-// The record of one variable: defaults, ordering, deep copy and its small operations.
+// The record of one variable: defaults, ordering and its small operations.
 
 #include <gtest/gtest.h>
 
@@ -70,16 +70,6 @@ TEST(DrillRecord, CategoriesWithEqualUpperStandOnce) {
     EXPECT_FALSE(set.emplace(1, 2.0, 5.0 * (1 + 1e-14), "second", 0.0).second);
     ASSERT_EQ(set.size(), 1u);
     EXPECT_EQ(set.begin()->Name, "first");
-}
-
-TEST(DrillRecord, CopyIsDeep) {
-    Drill original(1, 0, 0, "X");
-    original.AddValue(1, 0, 1.0, "");
-    Drill copy = original;
-    Mutable(*copy.Categories.begin()).Count = 99;
-    copy.Name = "Y";
-    EXPECT_EQ(original.Categories.begin()->Count, 1.0);
-    EXPECT_EQ(original.Name, "X");
 }
 
 } // namespace

@@ -203,9 +203,16 @@ TEST_F(StartupPanel, UserCategoriesWithoutLimitsAskForThemInstead) {
     }
 }
 
-TEST_F(StartupPanel, VariableDialogsAskAgainForAnEmptyChoice) {
+// An empty choice is refused with its message and the dialog asked again. A host that cannot
+// run the dialog throws through the panel's command: the results lock is released on the way
+// out and the panel goes on taking commands.
+TEST_F(StartupPanel, VariableDialogsRefuseAnEmptyChoiceAndLeaveNoLockWhenTheyThrow) {
     openPanel(survey());
-    for (int button : {9050, 9080}) {
+    for (const int button : {9050, 9080}) { // drill-down and review variables
+        SCOPED_TRACE(button);
+        headless.presetVariableChoice({99}, {}); // no such variable: the test's own error
+        EXPECT_THROW(dialogs.click(window, button), std::invalid_argument);
+        EXPECT_EQ(dialogs.resultsLockDepth(window), 0);
         headless.presetVariableChoice({}, {});
         headless.presetVariableChoice({2}, {5});
         press(button);
@@ -214,20 +221,6 @@ TEST_F(StartupPanel, VariableDialogsAskAgainForAnEmptyChoice) {
     }
     EXPECT_EQ(text(9052), "SEX");
     EXPECT_EQ(text(9113), "SPEND");
-}
-
-// A host that cannot run the variable dialog throws through the panel's command: the results
-// lock is released on the way out and the panel goes on taking commands.
-TEST_F(StartupPanel, AVariableDialogThatThrowsLeavesNoLockBehind) {
-    openPanel(survey());
-    for (const int button : {9050, 9080}) { // drill-down and review variables
-        SCOPED_TRACE(button);
-        headless.presetVariableChoice({99}, {}); // no such variable: the test's own error
-        EXPECT_THROW(dialogs.click(window, button), std::invalid_argument);
-        EXPECT_EQ(dialogs.resultsLockDepth(window), 0);
-    }
-    choose({1, 2}, {3});
-    EXPECT_EQ(analysis->GetDrillDownsSize(), 3);
 }
 
 TEST_F(StartupPanel, WeightsAndFileDialogs) {

@@ -203,10 +203,7 @@ TEST_F(DispatcherTest, WrongCallsFailWithTheirCode) {
     } const rows[] = {
         {"put", "Count", {text("three")}, DISP_E_TYPEMISMATCH, "text that is no number"},
         {"put", "Count", {COleVariant(1e10)}, DISP_E_OVERFLOW, "beyond 32 bits"},
-        {"put",
-         "Count",
-         {COleVariant(static_cast<IDispatch*>(toy))},
-         DISP_E_TYPEMISMATCH,
+        {"put", "Count", {COleVariant(static_cast<IDispatch*>(toy))}, DISP_E_TYPEMISMATCH,
          "an object for a number"},
         {"get", "Counter", {}, DISP_E_UNKNOWNNAME, "unknown name"},
         {"put", "Name", {text("x")}, DISP_E_MEMBERNOTFOUND, "a get-only member of the base"},

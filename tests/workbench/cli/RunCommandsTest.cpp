@@ -14,26 +14,6 @@ namespace {
 
 const std::string Sample = DD_SOURCE_DIR "/examples/sample.csv";
 
-TEST(RunCommands, WrongStepsNameWhatIsWrong) {
-    struct Case {
-        const char* arguments;
-        const char* message;
-    };
-    const Case cases[] = {
-        {" --down 'REGION | NOPE'", "no variable named \"NOPE\""},
-        {" --down 'REGION' --drill REGION=Nowhere", "no category \"Nowhere\"; the rows are"},
-        {" --down 'REGION' --drill AGE=@0", "not among the drill-down variables"},
-        {" --down 'REGOIN'", "no variable named \"REGOIN\"; did you mean \"REGION\"?"},
-        {" --down 'REGION' --drill 'REGION=ile-de-france'",
-         "no category \"ile-de-france\" (did you mean \"Île-de-France\"?)"},
-    };
-    for (const Case& c : cases) {
-        const CliRun run = runCli("dump " + Sample + c.arguments);
-        EXPECT_EQ(run.status, 1) << c.arguments;
-        EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
-    }
-}
-
 // A weight variable with value labels is used, with a warning: its codes are likely categories.
 TEST(RunCommands, AWeightWithValueLabelsIsUsedWithAWarning) {
     const CliRun run = runCli("dump " + Sample + " --down REGION --weight SEX");

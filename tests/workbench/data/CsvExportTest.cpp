@@ -2,23 +2,20 @@
 
 #include "workbench/data/CsvExport.h"
 
-#include <cmath>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <map>
-#include <sstream>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
+#include "support/CliRun.h"
 #include "workbench/data/DataFileLoader.h"
-#include "support/TempDir.h"
+#include "workbench/data/DataChecks.h"
 
 namespace {
 
 using wb::DisplayFormat;
+using wb::testing::expectSameFile;
 
 // wb::Variable, with every member defaulted so that tables can name only what they set.
 struct Var {
@@ -50,35 +47,6 @@ wb::DataFile build(const Contents& contents) {
     return file;
 }
 
-void expectSameFile(const wb::DataFile& got, const wb::DataFile& want) {
-    ASSERT_EQ(got.variableCount(), want.variableCount());
-    for (int v = 1; v <= want.variableCount(); ++v) {
-        SCOPED_TRACE("variable " + std::to_string(v));
-        EXPECT_EQ(got.variable(v).name, want.variable(v).name);
-        EXPECT_EQ(got.variable(v).longName, want.variable(v).longName);
-        EXPECT_EQ(got.variable(v).missingCode, want.variable(v).missingCode);
-        EXPECT_EQ(got.variable(v).labels, want.variable(v).labels);
-        EXPECT_EQ(got.variable(v).format, want.variable(v).format);
-    }
-    ASSERT_EQ(got.caseCount(), want.caseCount());
-    for (int c = 1; c <= want.caseCount(); ++c)
-        for (int v = 1; v <= want.variableCount(); ++v)
-            EXPECT_EQ(got.value(c, v), want.value(c, v)) << "case " << c << " variable " << v;
-    ASSERT_EQ(got.hasCaseNames(), want.hasCaseNames());
-    for (int c = 1; want.hasCaseNames() && c <= want.caseCount(); ++c)
-        EXPECT_EQ(got.caseName(c), want.caseName(c));
-    EXPECT_EQ(got.headerText(), want.headerText());
-    EXPECT_EQ(got.weightVariable(), want.weightVariable());
-    EXPECT_EQ(got.selectionText(), want.selectionText());
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 struct RoundTripCase {
     const char* comment;
     Contents contents;
@@ -86,39 +54,30 @@ struct RoundTripCase {
 
 TEST(CsvExportTest, LoadsBackTheSameFile) {
     const double X = -99999999; // the default missing code
+    // clang-format off
     const RoundTripCase cases[] = {
         {"numbers, missing cells, a missing code of its own",
          {{{.name = "A", .missingCode = -1}, {.name = "B"}},
           {{1.5, -0.25}, {-1, 1e20}, {0.1, X}, {-0.0, 123456789.123}}}},
         {"text that needs quotes in names, labels, case names and header",
          {{{.name = "a,b", .longName = "Région \"nord\", côte"},
-           {.name = " padded ",
-            .labels = {{1, "un, deux"}, {2, "say \"hi\""}, {3, "two\nlines"}, {4, "é\r\n"}}}},
-          {{1, 1}, {2, 4}},
-          {"Dupont, Jean", "  \"quoted\"\nnext line "},
-          "Enquête, \"2024\""}},
+           {.name = " padded ", .labels = {{1, "un, deux"}, {2, "say \"hi\""}, {3, "two\nlines"}, {4, "é\r\n"}}}},
+          {{1, 1}, {2, 4}}, {"Dupont, Jean", "  \"quoted\"\nnext line "}, "Enquête, \"2024\""}},
         {"dates and times, also values no date or time text can hold",
-         {{{.name = "D", .format = DisplayFormat::Date},
-           {.name = "T", .format = DisplayFormat::Time}},
+         {{{.name = "D", .format = DisplayFormat::Date}, {.name = "T", .format = DisplayFormat::Time}},
           {{36526, 0}, {-1, 86399}, {36526.5, 86400}, {-700000, 45296.5}, {X, -5}}}},
         {"the first name begins with a byte order mark, which the loader would drop",
-         {{{.name = "\xEF\xBB\xBF"
-                    "bom"}},
-          {{1}}}},
+         {{{.name = "\xEF\xBB\xBF" "bom"}}, {{1}}}},
         {"names holding tabs and semicolons, which must not pass for the separator",
          {{{.name = "a\t\t\tb"}, {.name = "c;d;e"}, {.name = "f"}}, {{1, 2, 3}}}},
-        {"one variable: a missing case is not an empty line",
-         {{{.name = "ONLY"}}, {{X}, {1}, {X}}}},
+        {"one variable: a missing case is not an empty line", {{{.name = "ONLY"}}, {{X}, {1}, {X}}}},
         {"a variable takes the name of the case-name column",
          {{{.name = "CASE_NAME"}, {.name = "CASE_NAME_2"}}, {{1, 2}}, {"first"}}},
         {"weight and selection, case names empty at first",
-         {{{.name = "AGE"}, {.name = "W", .labels = {{-2, "neg"}}}},
-          {{20, 1.5}, {15, 2}, {X, 0.5}},
-          {"", "", "third"},
-          "",
-          2,
-          "AGE >= 18 and not missing(AGE)"}},
+         {{{.name = "AGE"}, {.name = "W", .labels = {{-2, "neg"}}}}, {{20, 1.5}, {15, 2}, {X, 0.5}},
+          {"", "", "third"}, "", 2, "AGE >= 18 and not missing(AGE)"}},
     };
+    // clang-format on
     for (const RoundTripCase& c : cases) {
         SCOPED_TRACE(c.comment);
         const wb::testing::TempDir dir;
@@ -135,10 +94,7 @@ TEST(CsvExportTest, WritesTheLoadersFormat) {
         build({{{.name = "SEX", .labels = {{1, "F"}, {2, "M"}}},
                 {.name = "BORN", .missingCode = -1, .format = DisplayFormat::Date},
                 {.name = "AT", .format = DisplayFormat::Time}},
-               {{1, 36526, 45296}, {-99999999, -1, 0.5}},
-               {"Ann", "Bob, Jr"},
-               "Test",
-               1});
+               {{1, 36526, 45296}, {-99999999, -1, 0.5}}, {"Ann", "Bob, Jr"}, "Test", 1});
     wb::exportCsv(file, dir.path("out.csv"));
     EXPECT_EQ(readFile(dir.path("out.csv")), "CASE_NAME,SEX,BORN,AT\n"
                                              "Ann,1,2000-01-01,12:34:56\n"
@@ -167,48 +123,35 @@ TEST(CsvExportTest, RefusesWhatTheCsvFormCannotHold) {
         SCOPED_TRACE(c.comment);
         const wb::testing::TempDir dir;
         const std::string path = dir.path("out.csv");
-        try {
-            wb::exportCsv(build(c.contents), path);
-            ADD_FAILURE() << "exported without error";
-        } catch (const wb::DataError& error) {
-            EXPECT_EQ(std::string(error.what()), path + ": cannot export: " + c.message);
-        }
+        EXPECT_EQ(wb::testing::dataError([&] { wb::exportCsv(build(c.contents), path); }),
+                  path + ": cannot export: " + c.message);
         // Not even a temporary file is left behind.
         EXPECT_TRUE(std::filesystem::is_empty(dir.path("")));
     }
 }
 
-struct CliCase {
-    const char* comment;
-    std::string arguments; // IN and OUT stand for the input and output paths
-    int status;
-    std::string err;
-};
-
 TEST(CsvExportTest, CommandReplacesFilesOnlyWhenForced) {
     const wb::testing::TempDir dir;
     const std::string input = dir.write("in.csv", "A,B\n1,x\n");
-    const std::string out = dir.path("out.csv");
-    // clang-format off
-    const CliCase cases[] = {
-        {"first export", "export IN OUT", 0, ""},
-        {"the output exists", "export IN OUT", 1, out + ": the file exists already; give --force to replace it\n"},
-        {"forced", "export --force IN OUT", 0, ""},
-        {"no such directory", "export IN " + dir.path("none/out.csv"), 1, dir.path("none/out.csv") + ": cannot write the file: No such file or directory\n"},
+    const std::string out = dir.path("out.csv"), lost = dir.path("none/out.csv");
+    const struct {
+        const char* comment;
+        std::string arguments;
+        int status;
+        std::string err;
+    } cases[] = {
+        {"first export", input + " " + out, 0, ""},
+        {"the output exists", input + " " + out, 1,
+         out + ": the file exists already; give --force to replace it\n"},
+        {"forced", "--force " + input + " " + out, 0, ""},
+        {"no such directory", input + " " + lost, 1,
+         lost + ": cannot write the file: No such file or directory\n"},
     };
-    // clang-format on
-    for (const CliCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.comment);
-        std::string arguments = c.arguments;
-        arguments.replace(arguments.find("IN"), 2, input);
-        if (const std::size_t at = arguments.find("OUT"); at != std::string::npos)
-            arguments.replace(at, 3, out);
-        const std::string command =
-            std::string(DD_CLI_PATH) + " " + arguments + " >/dev/null 2>" + dir.path("err");
-        const int raw = std::system(command.c_str());
-        EXPECT_EQ(WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, c.status);
-        const std::string err = readFile(dir.path("err"));
-        EXPECT_EQ(err.substr(0, err.find('\n') + 1), c.err);
+        const CliRun run = runCli("export " + c.arguments);
+        EXPECT_EQ(run.status, c.status);
+        EXPECT_EQ(run.err.substr(0, run.err.find('\n') + 1), c.err);
     }
     expectSameFile(wb::loadDataFile(out), wb::loadDataFile(input));
 }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "workbench/data/DataChecks.h"
 #include "workbench/data/DataFileLoader.h"
 
 namespace {
@@ -16,13 +17,9 @@ struct ErrorCase {
 };
 
 void expectRefused(const ErrorCase& c) {
-    SCOPED_TRACE(c.comment);
-    try {
-        wb::parseDataFile(c.csv, "data.csv", c.dictionary);
-        ADD_FAILURE() << "loaded without error";
-    } catch (const wb::DataError& error) {
-        EXPECT_EQ(std::string(error.what()), c.message);
-    }
+    EXPECT_EQ(wb::testing::dataError([&] { wb::parseDataFile(c.csv, "data.csv", c.dictionary); }),
+              c.message)
+        << c.comment;
 }
 
 const std::string NotAValue = " is not a number, a label of the variable or NA";

@@ -9,6 +9,7 @@
 
 #include "support/TempDir.h"
 #include "workbench/data/DataFileLoader.h"
+#include "workbench/data/DataChecks.h"
 
 namespace {
 
@@ -35,20 +36,6 @@ std::string largeCsv(const std::function<void(int, std::string&)>& edit = {}) {
 std::string inOrder(std::string text) {
     const std::size_t name = text.find("c0,");
     return text.replace(name, 2, "\"c0\"");
-}
-
-void expectSameFile(const wb::DataFile& a, const wb::DataFile& b) {
-    ASSERT_EQ(a.caseCount(), b.caseCount());
-    ASSERT_EQ(a.variableCount(), b.variableCount());
-    for (int v = 1; v <= a.variableCount(); ++v) {
-        EXPECT_EQ(a.variable(v).missingCode, b.variable(v).missingCode);
-        EXPECT_EQ(a.variable(v).labels, b.variable(v).labels);
-    }
-    for (int c = 1; c <= a.caseCount(); ++c) {
-        ASSERT_EQ(a.caseName(c), b.caseName(c)) << "case " << c;
-        for (int v = 1; v <= a.variableCount(); ++v)
-            ASSERT_EQ(a.value(c, v), b.value(c, v)) << "case " << c << " variable " << v;
-    }
 }
 
 // Loads `csv` from memory, or from disk, with `Dictionary` beside it; a message names the
@@ -108,17 +95,11 @@ TEST(ParallelCsvTest, GivesWhatReadingInOrderGives) {
         for (const bool fromDisk : {false, true}) {
             SCOPED_TRACE(fromDisk ? "from disk" : "from memory");
             if (variant.message.empty()) {
-                expectSameFile(load(text, fromDisk), load(inOrder(text), fromDisk));
+                wb::testing::expectSameFile(load(text, fromDisk), load(inOrder(text), fromDisk));
                 continue;
             }
-            for (const std::string& csv : {text, inOrder(text)}) {
-                try {
-                    load(csv, fromDisk);
-                    ADD_FAILURE() << "loaded without error";
-                } catch (const wb::DataError& error) {
-                    EXPECT_EQ(std::string(error.what()), variant.message);
-                }
-            }
+            for (const std::string& csv : {text, inOrder(text)})
+                EXPECT_EQ(wb::testing::dataError([&] { load(csv, fromDisk); }), variant.message);
         }
     }
 }

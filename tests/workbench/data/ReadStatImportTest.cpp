@@ -18,10 +18,13 @@
 #include <readstat.h>
 #include <unistd.h>
 
-#include "workbench/data/DataFileLoader.h"
 #include "support/TempDir.h"
+#include "workbench/data/DataFileLoader.h"
+#include "workbench/data/DataChecks.h"
 
 namespace {
+
+using wb::testing::expectValues;
 
 constexpr double M =
     std::numeric_limits<double>::quiet_NaN(); // system-missing, or expected missing
@@ -118,18 +121,6 @@ void writeFile(const std::string& path, const Contents& contents) {
     ::close(fd);
 }
 
-// Checks the values of variable `var`; NaN stands for its missing code.
-void expectValues(const wb::DataFile& file, int var, const std::vector<double>& values) {
-    ASSERT_EQ(file.caseCount(), int(values.size()));
-    for (int c = 1; c <= file.caseCount(); ++c) {
-        const double want = values[std::size_t(c) - 1];
-        if (std::isnan(want))
-            EXPECT_TRUE(file.isMissing(var, file.value(c, var))) << "case " << c;
-        else
-            EXPECT_EQ(file.value(c, var), want) << "case " << c;
-    }
-}
-
 using Labels = std::map<double, std::string>;
 
 struct FormatCase {
@@ -159,15 +150,12 @@ TEST(ReadStatImportTest, ImportsEachFormat) {
         SCOPED_TRACE(c.comment);
         const wb::testing::TempDir dir;
         writeFile(dir.path(c.fileName),
-                  {.columns = {{.name = "REGION",
-                                .cells = {1.0, 2.0, M, 2.0},
-                                .label = "Region",
+                  {.columns = {{.name = "REGION", .cells = {1.0, 2.0, M, 2.0}, .label = "Region",
                                 .labels = {{1, c.regionLabel}, {2, "Nord"}}},
                                {.name = "START", .cells = c.storedDates, .format = c.dateFormat},
                                {.name = "TOWN", .cells = {"Lyon", "Paris  ", "", "Lyon"}},
                                {.name = "WEIGHT", .cells = {1.5, 2.0, 0.5, 1.0}}},
                    .weight = 3});
-
         std::vector<double> shares;
         const wb::DataFile file = wb::loadDataFile(dir.path(c.fileName),
                                                    [&](double share) { shares.push_back(share); });
@@ -190,25 +178,19 @@ TEST(ReadStatImportTest, ImportsEachFormat) {
 
 TEST(ReadStatImportTest, SpssMissingValuesAndLabels) {
     const wb::testing::TempDir dir;
+    // clang-format off
     writeFile(dir.path("s.sav"),
-              {.columns = {{.name = "satisfaction_generale",
-                            .cells = {1.0, 98.0, 99.0, 10.0, M},
+              {.columns = {{.name = "satisfaction_generale", .cells = {1.0, 98.0, 99.0, 10.0, M},
                             .label = "Satisfaction générale (1 à 10)",
                             .labels = {{1, "Pas du tout"}, {10, "Tout à fait"}, {98, "NSP"}},
                             .missingRanges = {{98, 98}, {99, 99}}},
-                           {.name = "income",
-                            .cells = {-5.0, -1.0, 3.0, -99999999.0, M},
-                            .missingRanges = {{-HUGE_VAL, -1}}},
+                           {.name = "income", .cells = {-5.0, -1.0, 3.0, -99999999.0, M}, .missingRanges = {{-HUGE_VAL, -1}}},
                            {.name = "big", .cells = {-99999999.0, 5.0, -3e8, 1.0, M}},
-                           {.name = "labelled",
-                            .cells = {1.0, 2.0, 3.0, 4.0, M},
-                            .labels = {{-99999999, "never given"}}},
-                           {.name = "answer",
-                            .cells = {"y", "NA", "n", "y", " "},
-                            .stringLabels = {{"y", "Yes"}, {"NA", "Not asked"}},
-                            .missingStrings = {"NA"}}},
+                           {.name = "labelled", .cells = {1.0, 2.0, 3.0, 4.0, M}, .labels = {{-99999999, "never given"}}},
+                           {.name = "answer", .cells = {"y", "NA", "n", "y", " "},
+                            .stringLabels = {{"y", "Yes"}, {"NA", "Not asked"}}, .missingStrings = {"NA"}}},
                .fileLabel = "Enquête 2024"});
-
+    // clang-format on
     const wb::DataFile file = wb::importStatisticalFile(dir.path("s.sav"));
     EXPECT_EQ(file.headerText(), "Enquête 2024");
     // A name longer than 8 bytes is kept; the label of a missing value is dropped.
@@ -297,12 +279,7 @@ TEST(ReadStatImportTest, RefusesUnreadableFiles) {
         const wb::testing::TempDir dir;
         const std::string path =
             c.content ? dir.write(c.fileName, *c.content) : dir.path(c.fileName);
-        try {
-            wb::loadDataFile(path);
-            ADD_FAILURE() << "loaded without error";
-        } catch (const wb::DataError& error) {
-            EXPECT_EQ(std::string(error.what()), path + c.message);
-        }
+        EXPECT_EQ(wb::testing::dataError([&] { wb::loadDataFile(path); }), path + c.message);
     }
 }
 

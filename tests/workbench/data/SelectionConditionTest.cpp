@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "workbench/data/DataChecks.h"
 #include "workbench/data/DataFile.h"
 
 namespace {
@@ -94,13 +95,9 @@ TEST(SelectionConditionTest, RefusesBadConditionsNamingTheColumn) {
     // clang-format on
     const wb::DataFile file = makeFile();
     for (const SyntaxCase& c : cases) {
-        SCOPED_TRACE(c.comment);
-        try {
-            wb::SelectionCondition condition(c.expression, file);
-            ADD_FAILURE() << "accepted: " << c.expression;
-        } catch (const wb::DataError& error) {
-            EXPECT_EQ(std::string(error.what()), "selection condition: " + c.message);
-        }
+        EXPECT_EQ(wb::testing::dataError([&] { wb::SelectionCondition(c.expression, file); }),
+                  "selection condition: " + c.message)
+            << c.comment;
     }
 }
 

@@ -57,9 +57,7 @@ TEST_F(DialogHostTest, DeadHandlesChangeNothing) {
 // Consecutive calls with one argument on three controls. EnableWindow gives non-zero when the
 // control was disabled, ShowWindow when it was visible.
 const struct {
-    int argument;
-    int enableResult;
-    int showResult;
+    int argument, enableResult, showResult;
     bool after; // enabled, shown and checked
     const char* comment;
 } ToggleRows[] = {
@@ -87,8 +85,7 @@ constexpr unsigned long MinusOne = static_cast<unsigned long>(-1);
 
 // On a list of `rows` rows with row `before` selected (-1 none).
 const struct {
-    int rows;
-    int before;
+    int rows, before;
     unsigned message;
     unsigned long wParam;
     long result;
@@ -130,8 +127,7 @@ TEST_F(DialogHostTest, InitStaticListBoxReplacesRowsAndDropsTheSelection) {
 const struct {
     const char* text;
     int size;
-    const char* expected;
-    const char* comment;
+    const char *expected, *comment;
 } TruncationRows[] = {
     {"abc", 4, "abc", "fits with its terminator"},
     {"abc", 3, "ab", "one byte short"},
@@ -200,8 +196,7 @@ TEST_F(DialogHostTest, NumbersAreRead) {
 const struct {
     double value;
     int digits;
-    const char* text;
-    const char* comment;
+    const char *text, *comment;
 } DoubleTextRows[] = {
     {1.0, 2, "1", "no trailing zeros, no trailing point"},
     {1e14, 2, "100000000000000", "no room for decimals: the zeros are digits"},

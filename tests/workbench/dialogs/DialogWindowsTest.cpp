@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -63,17 +62,11 @@ TEST_F(DialogWindowsTest, ModelessDialogGetsInitAndEndsAfterTheMessage) {
 // WM_INITDIALOG, a modal dialog's turn after it, a posted command left to the front end's
 // loop, a modeless dialog's end after its window is gone.
 TEST_F(DialogWindowsTest, TheHostAsksItsFrontEndAtTheRightMoments) {
-    struct Recorder : wb::DialogFrontEnd {
+    struct Recorder : wb::HeadlessFrontEnd {
+        Recorder() : HeadlessFrontEnd(nullptr, nullptr) {}
         std::vector<std::string> events;
         std::vector<std::function<void()>> posted;
         void runModal(HWND, int id) override { events.push_back("turn " + std::to_string(id)); }
-        std::optional<wb::VariableChoice> chooseVariables(const wb::VariableDialogCall&) override {
-            return std::nullopt;
-        }
-        int defineSelection(HWND) override { return 0; }
-        int defineWeight(HWND) override { return 0; }
-        int openFile(HWND) override { return 0; }
-        std::optional<wb::BrushingChoice> brush(const wb::BrushingCall&) override { return {}; }
         void opened(HWND, int id, bool modal) override {
             events.push_back((modal ? "modal " : "modeless ") + std::to_string(id));
         }

@@ -24,11 +24,8 @@ wb::DataFile makeFile() {
     wb::DataFile file;
     file.setHeaderText("Enquête 2024");
     file.addVariable({"AGE", "", Missing, {}, wb::DisplayFormat::Plain});
-    file.addVariable({LongShortName,
-                      "Revenu annuel brut",
-                      Missing,
-                      {{1.0, "Bas"}, {2.0, LongLabel}},
-                      wb::DisplayFormat::Plain});
+    file.addVariable({LongShortName, "Revenu annuel brut", Missing,
+                      {{1.0, "Bas"}, {2.0, LongLabel}}, wb::DisplayFormat::Plain});
     file.addVariable({"POIDS", "", Missing, {}, wb::DisplayFormat::Plain});
     file.addVariable({"DATE", "", Missing, {}, wb::DisplayFormat::Date});
     file.addVariable({"HEURE", "", Missing, {}, wb::DisplayFormat::Time});
@@ -83,9 +80,7 @@ TEST_F(DataServiceTest, InitCommonsFillsTheBlocksAndSetDataFileRefillsThem) {
 
 // Case `caseNo` under the weight variable `weighting` and the selection `selection`.
 const struct {
-    int caseNo;
-    int breakAt; // breakAtCase hook, 0 for none
-    int weighting;
+    int caseNo, breakAt, weighting; // breakAt: the breakAtCase hook, 0 for none
     const char* selection;
     short result;
     double weight;

@@ -163,8 +163,7 @@ TEST_F(NewFileServiceTest, IncompleteDataAreaLeavesNoFile) {
         std::string reason;
     } cases[] = {
         {"half a row", {{201, 16}, {217, 4}}, "the data area ends inside row 2, at byte 221"},
-        {"first row left out",
-         {{217, 16}},
+        {"first row left out", {{217, 16}},
          "the data area was not written from its start at byte 201"},
         {"a hole", {{201, 16}, {225, 8}}, "bytes 217 to 224 of the data area were never written"},
     };
@@ -232,21 +231,12 @@ TEST_F(NewFileServiceTest, RefusedDeclarationsMakeNoFile) {
         int rows;
         std::string message;
     } cases[] = {
-        {"a variable the open file does not have",
-         m_service,
-         {1, 5},
-         1,
+        {"a variable the open file does not have", m_service, {1, 5}, 1,
          "variable 5 of the new file is not in the open data file"},
         {"no variables", m_service, {}, 1, "the new file has no variables"},
-        {"past the module's 32-bit positions",
-         m_service,
-         {1, 2},
-         INT_MAX / 16,
+        {"past the module's 32-bit positions", m_service, {1, 2}, INT_MAX / 16,
          "the new file would end at byte 2147483833, past the module's reach of 2147483647"},
-        {"a folder that cannot be made",
-         blocked,
-         {1},
-         1,
+        {"a folder that cannot be made", blocked, {1}, 1,
          m_dir.path("file") + "/out: cannot create the folder: Not a directory"},
     };
     for (const auto& c : cases) {

@@ -57,53 +57,50 @@ TEST(Tokens, DataAndTextServicesShareTheProcessTable) {
     EXPECT_EQ(TokenTable::shared().tokenFor("une étiquette partagée entre services"), viaText);
 }
 
-TEST(Tokens, ExpandReplacesOnlyAWholeRegisteredToken) {
+// Tokens expanded where they stand alone (Expand), inside text (Grow), or in a field of fixed
+// width (Fixed); and the host's formatting marks removed (Strip).
+TEST(TextService, ExpandsTokensAndStripsMarks) {
     TokenTable table;
     TextService text(table);
     const std::string token = table.tokenFor("Chiffre d'affaires");
-    const struct {
-        std::string input;
-        std::string expected;
-        const char* comment;
-    } rows[] = {
-        {token, "Chiffre d'affaires", "the token alone"},
-        {"  " + token + " ", "Chiffre d'affaires", "blanks around it"},
-        {"~ZZZZZZ~", "~ZZZZZZ~", "token form but never registered"},
-        {"~000000~", "~000000~", "number 0 is no token"},
-        {"x" + token, "x" + token, "more than the token"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.comment);
-        std::string value = row.input;
-        text.ExpandPossible8CharHash(value);
-        EXPECT_EQ(value, row.expected);
-    }
-}
-
-TEST(Tokens, ReplaceInsideTextGrowsOrKeepsTheWidth) {
-    TokenTable table;
-    TextService text(table);
     const std::string a = table.tokenFor("Région administrative");
     const std::string b = table.tokenFor("aÉÉÉÉÉ long"); // 'É' is two bytes
     const std::string nested = table.tokenFor("Fréquences de " + a + " : long");
+    enum Op { Expand, Grow, Fixed, Strip };
     const struct {
-        std::string input;
-        bool grow;
-        std::string expected;
+        Op op;
+        std::string input, expected;
         const char* comment;
     } rows[] = {
-        {"V=" + a + " (x)", true, "V=Région administrative (x)", "one token inside text"},
-        {"~" + a + b, true, "~Région administrativeaÉÉÉÉÉ long", "stray tilde, two tokens"},
-        {"~ZZZZZZ~" + a, true, "~ZZZZZZ~Région administrative", "unknown token left alone"},
-        {"[" + a + "]", false, "[Région ]", "fixed width: first 8 bytes, 'é' is two"},
-        {"[" + b + "]", false, "[aÉÉÉ ]", "fixed width: no character cut in two"},
-        {a.substr(0, 7), true, a.substr(0, 7), "a cut token is no token"},
-        {nested, true, "Fréquences de Région administrative : long", "a token inside a token"},
+        {Expand, token, "Chiffre d'affaires", "the token alone"},
+        {Expand, "  " + token + " ", "Chiffre d'affaires", "blanks around it"},
+        {Expand, "~ZZZZZZ~", "~ZZZZZZ~", "token form but never registered"},
+        {Expand, "~000000~", "~000000~", "number 0 is no token"},
+        {Expand, "x" + token, "x" + token, "more than the token"},
+        {Grow, "V=" + a + " (x)", "V=Région administrative (x)", "one token inside text"},
+        {Grow, "~" + a + b, "~Région administrativeaÉÉÉÉÉ long", "stray tilde, two tokens"},
+        {Grow, "~ZZZZZZ~" + a, "~ZZZZZZ~Région administrative", "unknown token left alone"},
+        {Fixed, "[" + a + "]", "[Région ]", "fixed width: first 8 bytes, 'é' is two"},
+        {Fixed, "[" + b + "]", "[aÉÉÉ ]", "fixed width: no character cut in two"},
+        {Grow, a.substr(0, 7), a.substr(0, 7), "a cut token is no token"},
+        {Grow, nested, "Fréquences de Région administrative : long", "a token inside a token"},
+        {Strip, "<b>Âge</b>", "Âge", "bold"},
+        {Strip, "x<SUP>2</SUP> + H<sub>2</sub>O", "x2 + H2O", "super- and subscript, any case"},
+        {Strip, "<I><u>a</U></i>", "a", "italic and underline, nested"},
+        {Strip, "a < b > c", "a < b > c", "comparison signs stay"},
+        {Strip, "<br>x<bold>", "<br>x<bold>", "other tags stay"},
+        {Strip, "<b", "<b", "an unclosed mark stays"},
+        {Strip, "<<b>>", "<>", "a mark inside angle brackets"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comment);
         std::string value = row.input;
-        text.Replace8CharGrow(value, row.grow);
+        if (row.op == Expand)
+            text.ExpandPossible8CharHash(value);
+        else if (row.op == Strip)
+            text.StripFormatting(value);
+        else
+            text.Replace8CharGrow(value, row.op == Grow);
         EXPECT_EQ(value, row.expected);
     }
 }
@@ -124,29 +121,6 @@ TEST(Tokens, OneTokenPerStringEvenWhenRegisteredConcurrently) {
         << "different strings, different tokens";
     for (std::size_t t = 1; t < seen.size(); ++t)
         EXPECT_EQ(seen[t], seen[0]) << "the same string, the same token";
-}
-
-TEST(StripFormatting, RemovesExactlyTheHostsMarks) {
-    TextService text;
-    const struct {
-        std::string input;
-        std::string expected;
-        const char* comment;
-    } rows[] = {
-        {"<b>Âge</b>", "Âge", "bold"},
-        {"x<SUP>2</SUP> + H<sub>2</sub>O", "x2 + H2O", "super- and subscript, any case"},
-        {"<I><u>a</U></i>", "a", "italic and underline, nested"},
-        {"a < b > c", "a < b > c", "comparison signs stay"},
-        {"<br>x<bold>", "<br>x<bold>", "other tags stay"},
-        {"<b", "<b", "an unclosed mark stays"},
-        {"<<b>>", "<>", "a mark inside angle brackets"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.comment);
-        std::string value = row.input;
-        text.StripFormatting(value);
-        EXPECT_EQ(value, row.expected);
-    }
 }
 
 } // namespace
